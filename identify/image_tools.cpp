@@ -1,0 +1,258 @@
+#include "identify/image_tools.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <vector>
+
+namespace quarrydex {
+using vips::VImage;
+using vips::VError;
+
+namespace {
+
+std::string_view loaderOf(std::string_view data) {
+    const char* loader = vips_foreign_find_load_buffer(data.data(), data.size());
+    return loader ? std::string_view(loader) : std::string_view();
+}
+
+// 8-bit sRGB with 3 or 4 bands, whatever the source interpretation.
+VImage toSRGB8(VImage image) {
+    if (image.interpretation() != VIPS_INTERPRETATION_sRGB ||
+        image.format() != VIPS_FORMAT_UCHAR) {
+        image = image.colourspace(VIPS_INTERPRETATION_sRGB);
+        if (image.format() != VIPS_FORMAT_UCHAR) {
+            image = image.cast(VIPS_FORMAT_UCHAR);
+        }
+    }
+    if (image.bands() > 4) {
+        image = image.extract_band(0, VImage::option()->set("n", 4));
+    }
+    return image;
+}
+
+VImage fromRGBA(std::vector<unsigned char>& rgba, int width, int height) {
+    // A copy: the image must not refer to the caller's buffer once it goes away.
+    VipsImage* image = vips_image_new_from_memory_copy(rgba.data(), rgba.size(), width, height, 4,
+                                                       VIPS_FORMAT_UCHAR);
+    if (!image) {
+        throw vips::VError();
+    }
+    return VImage(image).copy(VImage::option()->set("interpretation", VIPS_INTERPRETATION_sRGB));
+}
+
+unsigned char channel(double c) {
+    return static_cast<unsigned char>(std::clamp(std::lround(c * 255.0), 0L, 255L));
+}
+
+} // namespace
+
+bool ImageTools::initialize() {
+    static const bool ready = [] {
+        if (VIPS_INIT("quarrydex") != 0) {
+            return false;
+        }
+        // Only the well-fuzzed loaders may read untrusted photos.
+        vips_block_untrusted_set(TRUE);
+        vips_cache_set_max(16);
+        vips_cache_set_max_mem(32 * 1024 * 1024);
+        vips_leak_set(FALSE);
+        return true;
+    }();
+    return ready;
+}
+
+RGB Image::pixel(int x, int y) const {
+    std::vector<double> p = pixels_.getpoint(x, y);
+    auto at = [&](std::size_t i) { return i < p.size() ? p[i] / 255.0 : p[0] / 255.0; };
+    return {at(0), at(1), at(2)};
+}
+
+std::optional<Image> ImageTools::decode(std::string_view data, int maxPixel) {
+    if (!initialize() || data.empty() || maxPixel <= 0) {
+        return std::nullopt;
+    }
+    try {
+        std::string_view loader = loaderOf(data);
+        if (loader.empty()) {
+            return std::nullopt;
+        }
+        // Reads only the header: the size check comes before any pixel is decoded.
+        VImage header = VImage::new_from_buffer(data.data(), data.size(), "",
+                                                VImage::option()->set("access", VIPS_ACCESS_SEQUENTIAL));
+        if (static_cast<double>(header.width()) * header.height() > maxMegapixels * 1e6) {
+            return std::nullopt;
+        }
+        VImage image;
+        if (loader.find("Heif") != std::string_view::npos) {
+            // The thumbnailer may pick a HEIC file's embedded preview; load the primary
+            // image itself and scale it down.
+            VImage full = VImage::new_from_buffer(
+                data.data(), data.size(), "",
+                VImage::option()->set("thumbnail", false)->set("fail_on", VIPS_FAIL_ON_TRUNCATED));
+            image = full.autorot().thumbnail_image(
+                maxPixel, VImage::option()->set("height", maxPixel)->set("size", VIPS_SIZE_DOWN));
+        } else {
+            VipsBlob* blob = vips_blob_new(nullptr, data.data(), data.size());
+            try {
+                // Shrink-on-load for JPEG, orientation applied, never upscaled.
+                image = VImage::thumbnail_buffer(
+                    blob, maxPixel,
+                    VImage::option()
+                        ->set("height", maxPixel)
+                        ->set("size", VIPS_SIZE_DOWN)
+                        ->set("option_string", "fail_on=truncated"));
+            } catch (...) {
+                vips_area_unref(VIPS_AREA(blob));
+                throw;
+            }
+            image = image.copy_memory(); // decode now, while the blob is alive
+            vips_area_unref(VIPS_AREA(blob));
+        }
+        image = toSRGB8(image).copy_memory();
+        if (image.width() < 1 || image.height() < 1) {
+            return std::nullopt;
+        }
+        return Image(image);
+    } catch (const VError&) {
+        vips_error_clear();
+        return std::nullopt;
+    }
+}
+
+std::optional<RGB> ImageTools::averageCenterColor(const Image& image) {
+    const int w = image.width(), h = image.height();
+    if (w < 5 || h < 5 || !initialize()) {
+        return std::nullopt;
+    }
+    try {
+        VImage crop = image.pixels().crop(w / 4, h / 4, w / 2, h / 2);
+        if (crop.bands() == 3) {
+            crop = crop.bandjoin_const({255});
+        }
+        // Premultiplied like a bitmap context: transparent parts count as black.
+        VImage premultiplied = crop.premultiply();
+        constexpr int side = 24;
+        VImage small = premultiplied.resize(
+            static_cast<double>(side) / crop.width(),
+            VImage::option()
+                ->set("vscale", static_cast<double>(side) / crop.height())
+                ->set("kernel", VIPS_KERNEL_LINEAR));
+        if (small.width() != side || small.height() != side) {
+            small = small.embed(0, 0, side, side, VImage::option()->set("extend", VIPS_EXTEND_COPY))
+                        .crop(0, 0, side, side);
+        }
+        small = (small + 0.5).cast(VIPS_FORMAT_UCHAR).copy_memory();
+        std::size_t size = 0;
+        const auto* px = static_cast<const unsigned char*>(small.write_to_memory(&size));
+        double sum[3] = {0, 0, 0};
+        for (std::size_t i = 0; i + 3 < size; i += 4) {
+            sum[0] += px[i];
+            sum[1] += px[i + 1];
+            sum[2] += px[i + 2];
+        }
+        g_free(const_cast<unsigned char*>(px));
+        constexpr double count = side * side;
+        return RGB{sum[0] / count / 255.0, sum[1] / count / 255.0, sum[2] / count / 255.0};
+    } catch (const VError&) {
+        vips_error_clear();
+        return std::nullopt;
+    }
+}
+
+std::optional<std::string> ImageTools::jpegData(const Image& image, double quality) {
+    if (!initialize()) {
+        return std::nullopt;
+    }
+    try {
+        VImage pixels = image.pixels();
+        if (pixels.bands() == 4) {
+            pixels = pixels.flatten(VImage::option()->set("background", std::vector<double>{0, 0, 0}));
+        }
+        int q = static_cast<int>(std::lround(std::clamp(quality, 0.0, 1.0) * 100));
+        VipsBlob* blob = pixels.jpegsave_buffer(
+            VImage::option()->set("Q", std::max(q, 1))->set("strip", true));
+        std::size_t length = 0;
+        const void* bytes = vips_blob_get(blob, &length);
+        std::string out(static_cast<const char*>(bytes), length);
+        vips_area_unref(VIPS_AREA(blob));
+        return out;
+    } catch (const VError&) {
+        vips_error_clear();
+        return std::nullopt;
+    }
+}
+
+std::optional<std::string> ImageTools::normalizedJPEG(std::string_view data, int maxPixel) {
+    auto image = decode(data, maxPixel);
+    if (!image) {
+        return std::nullopt;
+    }
+    return jpegData(*image, 0.82);
+}
+
+std::optional<Image> ImageTools::solid(const RGB& color, int size) {
+    if (size < 1 || !initialize()) {
+        return std::nullopt;
+    }
+    std::vector<unsigned char> rgba(static_cast<std::size_t>(size) * size * 4);
+    for (std::size_t i = 0; i < rgba.size(); i += 4) {
+        rgba[i] = channel(color.r);
+        rgba[i + 1] = channel(color.g);
+        rgba[i + 2] = channel(color.b);
+        rgba[i + 3] = 255;
+    }
+    try {
+        return Image(fromRGBA(rgba, size, size));
+    } catch (const VError&) {
+        vips_error_clear();
+        return std::nullopt;
+    }
+}
+
+std::optional<Image> ImageTools::demoStone(const RGB& color, int size) {
+    if (size < 8 || !initialize()) {
+        return std::nullopt;
+    }
+    // A pebble: an ellipse in the colour, flat through the middle so the centre reads
+    // true, shaded toward its rim, with a soft shadow on a dark slate ground.
+    const double cx = size / 2.0, cy = size / 2.0;
+    const double rx = size * 0.42, ry = size * 0.36;
+    const RGB ground{0.16, 0.16, 0.18};
+    std::vector<unsigned char> rgba(static_cast<std::size_t>(size) * size * 4);
+    unsigned grain = 12345;
+    for (int y = 0; y < size; ++y) {
+        for (int x = 0; x < size; ++x) {
+            double dx = (x + 0.5 - cx) / rx, dy = (y + 0.5 - cy) / ry;
+            double r = std::sqrt(dx * dx + dy * dy);
+            RGB c = ground;
+            double sdx = (x + 0.5 - cx - size * 0.03) / rx, sdy = (y + 0.5 - cy - size * 0.05) / ry;
+            double shadow = std::sqrt(sdx * sdx + sdy * sdy);
+            if (shadow < 1.08) {
+                double k = 0.55 + 0.45 * std::clamp((shadow - 0.9) / 0.18, 0.0, 1.0);
+                c = {ground.r * k, ground.g * k, ground.b * k};
+            }
+            if (r <= 1.0) {
+                double shade = r < 0.95 ? 1.0 : 1.0 - (r - 0.95) / 0.05 * 0.3;
+                grain = grain * 1103515245u + 12345u;
+                double noise = ((grain >> 16) % 61) / 1000.0 - 0.03; // +-3%, averages out
+                double k = shade * (1.0 + noise);
+                c = {std::clamp(color.r * k, 0.0, 1.0), std::clamp(color.g * k, 0.0, 1.0),
+                     std::clamp(color.b * k, 0.0, 1.0)};
+            }
+            std::size_t i = (static_cast<std::size_t>(y) * size + x) * 4;
+            rgba[i] = channel(c.r);
+            rgba[i + 1] = channel(c.g);
+            rgba[i + 2] = channel(c.b);
+            rgba[i + 3] = 255;
+        }
+    }
+    try {
+        return Image(fromRGBA(rgba, size, size));
+    } catch (const VError&) {
+        vips_error_clear();
+        return std::nullopt;
+    }
+}
+
+} // namespace quarrydex

@@ -1,0 +1,61 @@
+#pragma once
+// Photo decoding, downscaling, the centre-colour reading and JPEG encoding, on libvips.
+// Photos are untrusted input: anything that is not a decodable image of at most 100
+// megapixels gives no image, never a crash. All operations are stateless and may be
+// called from any thread.
+
+#include "identify/rgb.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vips/vips8> // vips::VImage, the decoded pixels
+
+namespace quarrydex {
+
+// A decoded, upright sRGB image with 8 bits per channel (3 or 4 bands), held in memory.
+class Image {
+public:
+    explicit Image(vips::VImage pixels) : pixels_(std::move(pixels)) {}
+    int width() const { return pixels_.width(); }
+    int height() const { return pixels_.height(); }
+    const vips::VImage& pixels() const { return pixels_; }
+    // The colour of one pixel (tests and diagnostics).
+    RGB pixel(int x, int y) const;
+
+private:
+    vips::VImage pixels_;
+};
+
+class ImageTools {
+public:
+    // Refuse anything larger than this before decoding it.
+    static constexpr double maxMegapixels = 100.0;
+
+    // Decodes the first image in `data` (JPEG, PNG, HEIC, TIFF, WebP...) with its
+    // orientation applied and its longest side at most `maxPixel`, always from the full
+    // image, never from an embedded preview. None for anything that is not an image.
+    static std::optional<Image> decode(std::string_view data, int maxPixel);
+
+    // Mean colour of the middle quarter, drawn into 24 x 24 pixels; none below 5 x 5.
+    static std::optional<RGB> averageCenterColor(const Image& image);
+
+    // JPEG with quality 0...1; none when encoding fails.
+    static std::optional<std::string> jpegData(const Image& image, double quality = 0.82);
+
+    // decode() then jpegData() at 0.82: the form photos are kept in.
+    static std::optional<std::string> normalizedJPEG(std::string_view data, int maxPixel = 1600);
+
+    // A size x size opaque image of one colour.
+    static std::optional<Image> solid(const RGB& color, int size);
+
+    // A synthetic picture of a stone of the given colour on a dark ground; its centre
+    // reads back as that colour.
+    static std::optional<Image> demoStone(const RGB& color, int size);
+
+    // Starts libvips once, limited to its trusted loaders and a small operation cache.
+    // Called by every operation above; callers never need to.
+    static bool initialize();
+};
+
+} // namespace quarrydex

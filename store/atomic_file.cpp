@@ -1,0 +1,150 @@
+#include "store/atomic_file.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace quarrydex {
+namespace fs = std::filesystem;
+
+namespace {
+
+Error systemError(int code) { return Error{std::strerror(code)}; }
+
+fs::path resolveLinks(const fs::path& target) {
+    std::error_code ec;
+    fs::path resolved = target;
+    // Follow a chain of links by hand so a dangling link still yields its destination.
+    for (int hops = 0; hops < 40 && fs::is_symlink(resolved, ec); ++hops) {
+        fs::path next = fs::read_symlink(resolved, ec);
+        if (ec) {
+            break;
+        }
+        resolved = next.is_absolute() ? next : resolved.parent_path() / next;
+    }
+    return resolved;
+}
+
+int syncFolder(const fs::path& folder) {
+    int dfd = ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (dfd < 0) {
+        return errno;
+    }
+    int result = ::fsync(dfd) == 0 ? 0 : errno;
+    ::close(dfd);
+    // Some file systems cannot sync a folder; the rename itself has still happened.
+    return (result == EINVAL || result == EROFS) ? 0 : result;
+}
+
+} // namespace
+
+AtomicFile::AtomicFile(const fs::path& target, Options options)
+    : target_(resolveLinks(target)), options_(options) {
+    fs::path folder = target_.parent_path();
+    std::string pattern =
+        (folder / ("." + target_.filename().string() + ".tmp-XXXXXX")).string();
+    fd_ = ::mkstemp(pattern.data());
+    if (fd_ < 0) {
+        status_ = systemError(errno);
+        return;
+    }
+    temp_ = pattern;
+    ::fcntl(fd_, F_SETFD, FD_CLOEXEC);
+    struct stat existing {};
+    mode_t mode = (::stat(target_.c_str(), &existing) == 0) ? (existing.st_mode & 07777) : 0600;
+    if (::fchmod(fd_, mode) != 0) {
+        status_ = systemError(errno);
+        abandon();
+    }
+}
+
+AtomicFile::~AtomicFile() { abandon(); }
+
+void AtomicFile::abandon() {
+    if (fd_ >= 0) {
+        ::close(fd_);
+        fd_ = -1;
+    }
+    if (!temp_.empty()) {
+        ::unlink(temp_.c_str());
+        temp_.clear();
+    }
+}
+
+Status AtomicFile::append(std::string_view bytes) {
+    if (!status_) {
+        return status_;
+    }
+    if (fd_ < 0) {
+        return status_ = Error{"the file was already written"};
+    }
+    const char* data = bytes.data();
+    std::size_t left = bytes.size();
+    while (left > 0) {
+        std::size_t chunk = left;
+        if (options_.failAfterBytes) {
+            if (written_ >= *options_.failAfterBytes) {
+                status_ = systemError(ENOSPC);
+                abandon();
+                return status_;
+            }
+            chunk = std::min(chunk, *options_.failAfterBytes - written_);
+        }
+        ssize_t n = ::write(fd_, data, chunk);
+        if (n < 0) {
+            if (errno == EINTR) {
+                continue;
+            }
+            status_ = systemError(errno);
+            abandon();
+            return status_;
+        }
+        data += n;
+        left -= static_cast<std::size_t>(n);
+        written_ += static_cast<std::size_t>(n);
+    }
+    return status_;
+}
+
+Status AtomicFile::commit() {
+    if (!status_) {
+        return status_;
+    }
+    if (fd_ < 0) {
+        return status_ = Error{"the file was already written"};
+    }
+    // Close even when fsync fails, or the descriptor leaks.
+    int code = ::fsync(fd_) == 0 ? 0 : errno;
+    if (::close(fd_) != 0 && code == 0) {
+        code = errno;
+    }
+    fd_ = -1;
+    if (code != 0) {
+        status_ = systemError(code);
+        abandon();
+        return status_;
+    }
+    if (::rename(temp_.c_str(), target_.c_str()) != 0) {
+        status_ = systemError(errno);
+        abandon();
+        return status_;
+    }
+    temp_.clear();
+    if (int code = syncFolder(target_.parent_path()); code != 0) {
+        status_ = systemError(code);
+    }
+    return status_;
+}
+
+Status AtomicFile::write(const fs::path& target, std::string_view bytes, Options options) {
+    AtomicFile file(target, options);
+    if (Status s = file.append(bytes); !s) {
+        return s;
+    }
+    return file.commit();
+}
+
+} // namespace quarrydex
