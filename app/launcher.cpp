@@ -1,6 +1,10 @@
 #include "app/launcher.h"
 
+#include "samples/sample_set.h"
+#include "selftest/self_test.h"
+
 #include <algorithm>
+#include <iostream>
 
 namespace quarrydex {
 
@@ -16,6 +20,22 @@ std::optional<std::string> Launcher::argument(const std::string& flag) const {
 
 bool Launcher::has(const std::string& flag) const {
     return std::find(arguments_.begin(), arguments_.end(), flag) != arguments_.end();
+}
+
+int Launcher::runSelfTest() {
+    SpecimenLibrary library = SpecimenLibrary::bundled();
+    SelfTest test(library, SampleSet::bundled());
+    std::cout << test.runAll() << "\n" << std::flush;
+    return test.failed() > 0 ? 1 : 0;
+}
+
+int Launcher::run() const {
+    if (has("--selftest")) {
+        return runSelfTest();
+    }
+    std::cerr << "The Quarrydex window is not available in this build. Run with --selftest to "
+                 "check the library, the identifier, backups and the sample collection.\n";
+    return 2;
 }
 
 } // namespace quarrydex

@@ -20,6 +20,13 @@ public:
 
     const std::vector<std::string>& arguments() const { return arguments_; }
 
+    // The process entry: "--selftest" anywhere prints the self-test report and returns 1
+    // if a check failed, else 0. Otherwise starts the program.
+    int run() const;
+    // Loads the bundled library and samples, runs every check and prints the report
+    // followed by one newline; the exit status is 1 if any check failed.
+    static int runSelfTest();
+
 private:
     std::vector<std::string> arguments_;
 };
