@@ -4,8 +4,8 @@
 
 #include "identify/image_tools.h"
 
-#include <benchmark/benchmark.h>
 #include <algorithm>
+#include <benchmark/benchmark.h>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -30,8 +30,9 @@ const std::string& cameraPhoto() {
         VImage r = x * (120.0 / 6000) + 60 + noise;
         VImage g = y * (90.0 / 4000) + 70 + noise;
         VImage b = (x + y) * (60.0 / 10000) + 50 + noise;
-        VImage rgb = r.bandjoin({g, b}).cast(VIPS_FORMAT_UCHAR).copy(
-            VImage::option()->set("interpretation", VIPS_INTERPRETATION_sRGB));
+        VImage rgb = r.bandjoin({g, b})
+                         .cast(VIPS_FORMAT_UCHAR)
+                         .copy(VImage::option()->set("interpretation", VIPS_INTERPRETATION_sRGB));
         VipsBlob* blob = rgb.jpegsave_buffer(VImage::option()->set("Q", 92));
         std::size_t n = 0;
         const void* data = vips_blob_get(blob, &n);
@@ -92,7 +93,8 @@ template <class F> double timeMs(int rounds, F&& f) {
         auto start = std::chrono::steady_clock::now();
         f();
         samples.push_back(
-            std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count());
+            std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start)
+                .count());
     }
     return medianMs(samples);
 }
@@ -106,7 +108,8 @@ void compareWithDjpeg() {
     std::ofstream(file, std::ios::binary) << photo;
     const std::string command = "djpeg -scale 1/2 -outfile /dev/null '" + file.string() + "'";
     if (std::system("command -v djpeg >/dev/null 2>&1") != 0) {
-        std::printf("djpeg is not installed (Debian package libjpeg-turbo-progs): no floor figure\n");
+        std::printf(
+            "djpeg is not installed (Debian package libjpeg-turbo-progs): no floor figure\n");
         std::filesystem::remove(file);
         return;
     }

@@ -135,26 +135,49 @@ constexpr AnswerCase<FizzAnswer> fizzCases[] = {
 };
 
 bool containsAny(const std::string& lowerText, std::span<const std::string_view> words) {
-    return std::any_of(words.begin(), words.end(), [&](std::string_view w) {
-        return lowerText.find(w) != std::string::npos;
-    });
+    return std::any_of(words.begin(), words.end(),
+                       [&](std::string_view w) { return lowerText.find(w) != std::string::npos; });
 }
 
 } // namespace
 
-template <> std::span<const AnswerCase<ColorFamily>> allCases<ColorFamily>() { return colorCases; }
-template <> std::span<const AnswerCase<LusterAnswer>> allCases<LusterAnswer>() { return lusterCases; }
-template <> std::span<const AnswerCase<ScratchAnswer>> allCases<ScratchAnswer>() { return scratchCases; }
-template <> std::span<const AnswerCase<StreakAnswer>> allCases<StreakAnswer>() { return streakCases; }
-template <> std::span<const AnswerCase<HabitAnswer>> allCases<HabitAnswer>() { return habitCases; }
-template <> std::span<const AnswerCase<HeftAnswer>> allCases<HeftAnswer>() { return heftCases; }
-template <> std::span<const AnswerCase<MagnetAnswer>> allCases<MagnetAnswer>() { return magnetCases; }
-template <> std::span<const AnswerCase<FizzAnswer>> allCases<FizzAnswer>() { return fizzCases; }
+template <> std::span<const AnswerCase<ColorFamily>> allCases<ColorFamily>() {
+    return colorCases;
+}
+template <> std::span<const AnswerCase<LusterAnswer>> allCases<LusterAnswer>() {
+    return lusterCases;
+}
+template <> std::span<const AnswerCase<ScratchAnswer>> allCases<ScratchAnswer>() {
+    return scratchCases;
+}
+template <> std::span<const AnswerCase<StreakAnswer>> allCases<StreakAnswer>() {
+    return streakCases;
+}
+template <> std::span<const AnswerCase<HabitAnswer>> allCases<HabitAnswer>() {
+    return habitCases;
+}
+template <> std::span<const AnswerCase<HeftAnswer>> allCases<HeftAnswer>() {
+    return heftCases;
+}
+template <> std::span<const AnswerCase<MagnetAnswer>> allCases<MagnetAnswer>() {
+    return magnetCases;
+}
+template <> std::span<const AnswerCase<FizzAnswer>> allCases<FizzAnswer>() {
+    return fizzCases;
+}
 
-std::span<const std::string_view> keywords(ColorFamily f) { return answerCase(f).words; }
-std::span<const std::string_view> keywords(LusterAnswer l) { return answerCase(l).words; }
-std::span<const std::string_view> keywords(StreakAnswer s) { return answerCase(s).words; }
-std::span<const std::string_view> tags(HabitAnswer h) { return answerCase(h).words; }
+std::span<const std::string_view> keywords(ColorFamily f) {
+    return answerCase(f).words;
+}
+std::span<const std::string_view> keywords(LusterAnswer l) {
+    return answerCase(l).words;
+}
+std::span<const std::string_view> keywords(StreakAnswer s) {
+    return answerCase(s).words;
+}
+std::span<const std::string_view> tags(HabitAnswer h) {
+    return answerCase(h).words;
+}
 
 const std::set<std::string, std::less<>>& allHabitTags() {
     static const std::set<std::string, std::less<>> tags = [] {
@@ -194,7 +217,9 @@ std::set<ColorFamily> families(const Specimen& specimen) {
     return out;
 }
 
-bool matches(ColorFamily answer, const Specimen& s) { return families(s).contains(answer); }
+bool matches(ColorFamily answer, const Specimen& s) {
+    return families(s).contains(answer);
+}
 
 bool matches(LusterAnswer answer, const Specimen& s) {
     return containsAny(lowercased(s.luster), keywords(answer));

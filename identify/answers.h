@@ -15,11 +15,40 @@
 
 namespace quarrydex {
 
-enum class ColorFamily { white, gray, black, red, pink, orange, brown, yellow, green, blue, purple, multicolor };
+enum class ColorFamily {
+    white,
+    gray,
+    black,
+    red,
+    pink,
+    orange,
+    brown,
+    yellow,
+    green,
+    blue,
+    purple,
+    multicolor
+};
 enum class LusterAnswer { metallic, glassy, brilliant, pearly, silky, waxy, dull, glittery };
 enum class ScratchAnswer { fingernail, coin, steel, scratchesGlass };
 enum class StreakAnswer { white, gray, black, redBrown, yellowBrown, green, blue, none };
-enum class HabitAnswer { prisms, cubes, pointed, rhombs, plates, sheets, bands, glass, grains, holes, fibers, bubbly, fossil, metalLump, noShape };
+enum class HabitAnswer {
+    prisms,
+    cubes,
+    pointed,
+    rhombs,
+    plates,
+    sheets,
+    bands,
+    glass,
+    grains,
+    holes,
+    fibers,
+    bubbly,
+    fossil,
+    metalLump,
+    noShape
+};
 enum class HeftAnswer { light, normal, heavy };
 enum class MagnetAnswer { attracts, none };
 enum class FizzAnswer { fizzes, none };
@@ -46,8 +75,12 @@ template <> std::span<const AnswerCase<FizzAnswer>> allCases<FizzAnswer>();
 template <class Answer> const AnswerCase<Answer>& answerCase(Answer a) {
     return allCases<Answer>()[static_cast<std::size_t>(a)];
 }
-template <class Answer> std::string_view rawValue(Answer a) { return answerCase(a).rawValue; }
-template <class Answer> std::string_view title(Answer a) { return answerCase(a).title; }
+template <class Answer> std::string_view rawValue(Answer a) {
+    return answerCase(a).rawValue;
+}
+template <class Answer> std::string_view title(Answer a) {
+    return answerCase(a).title;
+}
 template <class Answer> std::optional<Answer> answerFromRaw(std::string_view raw) {
     for (const auto& c : allCases<Answer>()) {
         if (c.rawValue == raw) {

@@ -6,8 +6,8 @@
 #include <vector>
 
 namespace quarrydex {
-using vips::VImage;
 using vips::VError;
+using vips::VImage;
 
 namespace {
 
@@ -18,8 +18,7 @@ std::string_view loaderOf(std::string_view data) {
 
 // 8-bit sRGB with 3 or 4 bands, whatever the source interpretation.
 VImage toSRGB8(VImage image) {
-    if (image.interpretation() != VIPS_INTERPRETATION_sRGB ||
-        image.format() != VIPS_FORMAT_UCHAR) {
+    if (image.interpretation() != VIPS_INTERPRETATION_sRGB || image.format() != VIPS_FORMAT_UCHAR) {
         image = image.colourspace(VIPS_INTERPRETATION_sRGB);
         if (image.format() != VIPS_FORMAT_UCHAR) {
             image = image.cast(VIPS_FORMAT_UCHAR);
@@ -78,8 +77,8 @@ std::optional<Image> ImageTools::decode(std::string_view data, int maxPixel) {
             return std::nullopt;
         }
         // Reads only the header: the size check comes before any pixel is decoded.
-        VImage header = VImage::new_from_buffer(data.data(), data.size(), "",
-                                                VImage::option()->set("access", VIPS_ACCESS_SEQUENTIAL));
+        VImage header = VImage::new_from_buffer(
+            data.data(), data.size(), "", VImage::option()->set("access", VIPS_ACCESS_SEQUENTIAL));
         if (static_cast<double>(header.width()) * header.height() > maxMegapixels * 1e6) {
             return std::nullopt;
         }
@@ -96,12 +95,11 @@ std::optional<Image> ImageTools::decode(std::string_view data, int maxPixel) {
             VipsBlob* blob = vips_blob_new(nullptr, data.data(), data.size());
             try {
                 // Shrink-on-load for JPEG, orientation applied, never upscaled.
-                image = VImage::thumbnail_buffer(
-                    blob, maxPixel,
-                    VImage::option()
-                        ->set("height", maxPixel)
-                        ->set("size", VIPS_SIZE_DOWN)
-                        ->set("option_string", "fail_on=truncated"));
+                image = VImage::thumbnail_buffer(blob, maxPixel,
+                                                 VImage::option()
+                                                     ->set("height", maxPixel)
+                                                     ->set("size", VIPS_SIZE_DOWN)
+                                                     ->set("option_string", "fail_on=truncated"));
             } catch (...) {
                 vips_area_unref(VIPS_AREA(blob));
                 throw;
@@ -133,11 +131,11 @@ std::optional<RGB> ImageTools::averageCenterColor(const Image& image) {
         // Premultiplied like a bitmap context: transparent parts count as black.
         VImage premultiplied = crop.premultiply();
         constexpr int side = 24;
-        VImage small = premultiplied.resize(
-            static_cast<double>(side) / crop.width(),
-            VImage::option()
-                ->set("vscale", static_cast<double>(side) / crop.height())
-                ->set("kernel", VIPS_KERNEL_LINEAR));
+        VImage small =
+            premultiplied.resize(static_cast<double>(side) / crop.width(),
+                                 VImage::option()
+                                     ->set("vscale", static_cast<double>(side) / crop.height())
+                                     ->set("kernel", VIPS_KERNEL_LINEAR));
         if (small.width() != side || small.height() != side) {
             small = small.embed(0, 0, side, side, VImage::option()->set("extend", VIPS_EXTEND_COPY))
                         .crop(0, 0, side, side);
@@ -167,11 +165,12 @@ std::optional<std::string> ImageTools::jpegData(const Image& image, double quali
     try {
         VImage pixels = image.pixels();
         if (pixels.bands() == 4) {
-            pixels = pixels.flatten(VImage::option()->set("background", std::vector<double>{0, 0, 0}));
+            pixels =
+                pixels.flatten(VImage::option()->set("background", std::vector<double>{0, 0, 0}));
         }
         int q = static_cast<int>(std::lround(std::clamp(quality, 0.0, 1.0) * 100));
-        VipsBlob* blob = pixels.jpegsave_buffer(
-            VImage::option()->set("Q", std::max(q, 1))->set("strip", true));
+        VipsBlob* blob =
+            pixels.jpegsave_buffer(VImage::option()->set("Q", std::max(q, 1))->set("strip", true));
         std::size_t length = 0;
         const void* bytes = vips_blob_get(blob, &length);
         std::string out(static_cast<const char*>(bytes), length);

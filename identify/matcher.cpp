@@ -34,7 +34,9 @@ constexpr std::array<LevelInfo, 4> levels{{
      "not an answer."},
 }};
 
-const LevelInfo& levelInfo(ConfidenceLevel l) { return levels[static_cast<std::size_t>(l)]; }
+const LevelInfo& levelInfo(ConfidenceLevel l) {
+    return levels[static_cast<std::size_t>(l)];
+}
 
 std::string joinFirstColors(const Specimen& s) {
     std::string out;
@@ -149,9 +151,15 @@ std::optional<Question> suggestFromMasks(const std::array<int, 8>& answered,
 
 } // namespace
 
-std::string_view rawValue(ConfidenceLevel l) { return levelInfo(l).raw; }
-std::string_view title(ConfidenceLevel l) { return levelInfo(l).title; }
-std::string_view explanation(ConfidenceLevel l) { return levelInfo(l).explanation; }
+std::string_view rawValue(ConfidenceLevel l) {
+    return levelInfo(l).raw;
+}
+std::string_view title(ConfidenceLevel l) {
+    return levelInfo(l).title;
+}
+std::string_view explanation(ConfidenceLevel l) {
+    return levelInfo(l).explanation;
+}
 
 std::optional<ConfidenceLevel> confidenceLevelFromRaw(std::string_view raw) {
     for (std::size_t i = 0; i < levels.size(); ++i) {

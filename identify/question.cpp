@@ -29,21 +29,23 @@ constexpr std::array<QuestionInfo, 8> questionInfo{{
     {Question::heft, "heft", "Weight in your hand", "scalemass",
      "Compare it with a normal stone or a piece of quartz the same size.", 0.3},
     {Question::magnet, "magnet", "Magnet test", "bolt.horizontal",
-     "Hold a strong fridge magnet against it, or hang the stone on a thread near the magnet.",
-     0.1},
+     "Hold a strong fridge magnet against it, or hang the stone on a thread near the magnet.", 0.1},
     {Question::fizz, "fizz", "Vinegar test", "drop",
      "Put a drop of vinegar on a hidden spot and watch closely with a magnifier. Rinse "
      "afterward.",
      0.15},
 }};
 
-const QuestionInfo& infoOf(Question q) { return questionInfo[static_cast<std::size_t>(q)]; }
+const QuestionInfo& infoOf(Question q) {
+    return questionInfo[static_cast<std::size_t>(q)];
+}
 
 template <class Answer> std::vector<QuestionOption> optionsOf() {
     std::vector<QuestionOption> out;
     for (const auto& c : allCases<Answer>()) {
         Answer value = c.value;
-        out.push_back({c.title, c.rawValue, [value](const Specimen& s) { return matches(value, s); }});
+        out.push_back(
+            {c.title, c.rawValue, [value](const Specimen& s) { return matches(value, s); }});
     }
     return out;
 }
@@ -74,18 +76,27 @@ template <class A, class F> decltype(auto) withField(Question q, A& a, F&& f) {
 } // namespace
 
 const std::array<Question, 8>& allQuestions() {
-    static constexpr std::array<Question, 8> all{Question::color,  Question::luster,
-                                                  Question::habit,  Question::scratch,
-                                                  Question::streak, Question::heft,
-                                                  Question::magnet, Question::fizz};
+    static constexpr std::array<Question, 8> all{
+        Question::color,  Question::luster, Question::habit,  Question::scratch,
+        Question::streak, Question::heft,   Question::magnet, Question::fizz};
     return all;
 }
 
-std::string_view rawValue(Question q) { return infoOf(q).raw; }
-std::string_view title(Question q) { return infoOf(q).title; }
-std::string_view symbol(Question q) { return infoOf(q).symbol; }
-std::string_view hint(Question q) { return infoOf(q).hint; }
-double mismatchPenalty(Question q) { return infoOf(q).penalty; }
+std::string_view rawValue(Question q) {
+    return infoOf(q).raw;
+}
+std::string_view title(Question q) {
+    return infoOf(q).title;
+}
+std::string_view symbol(Question q) {
+    return infoOf(q).symbol;
+}
+std::string_view hint(Question q) {
+    return infoOf(q).hint;
+}
+double mismatchPenalty(Question q) {
+    return infoOf(q).penalty;
+}
 
 std::optional<Question> questionFromRaw(std::string_view raw) {
     for (const auto& i : questionInfo) {
@@ -98,15 +109,14 @@ std::optional<Question> questionFromRaw(std::string_view raw) {
 
 const std::vector<QuestionOption>& options(Question q) {
     static const std::array<std::vector<QuestionOption>, 8> all{
-        optionsOf<ColorFamily>(),  optionsOf<LusterAnswer>(), optionsOf<HabitAnswer>(),
+        optionsOf<ColorFamily>(),   optionsOf<LusterAnswer>(), optionsOf<HabitAnswer>(),
         optionsOf<ScratchAnswer>(), optionsOf<StreakAnswer>(), optionsOf<HeftAnswer>(),
         optionsOf<MagnetAnswer>(),  optionsOf<FizzAnswer>()};
     return all[static_cast<std::size_t>(q)];
 }
 
 bool isAnswered(Question q, const Answers& answers) {
-    return withField(q, answers,
-                     [](const auto& field) { return field.has_value(); });
+    return withField(q, answers, [](const auto& field) { return field.has_value(); });
 }
 
 std::string answerRawValue(Question q, const Answers& answers) {

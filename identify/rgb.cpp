@@ -43,7 +43,8 @@ std::optional<RGB> RGB::fromHex(std::string_view text) {
         }
         value = value * 16 + static_cast<unsigned>(digit);
     }
-    return RGB{((value >> 16) & 0xFF) / 255.0, ((value >> 8) & 0xFF) / 255.0, (value & 0xFF) / 255.0};
+    return RGB{((value >> 16) & 0xFF) / 255.0, ((value >> 8) & 0xFF) / 255.0,
+               (value & 0xFF) / 255.0};
 }
 
 } // namespace quarrydex

@@ -132,7 +132,9 @@ Specimen decode(const json& j) {
 
 } // namespace
 
-const std::array<SpecimenCategoryInfo, 5>& allSpecimenCategories() { return categories; }
+const std::array<SpecimenCategoryInfo, 5>& allSpecimenCategories() {
+    return categories;
+}
 
 const SpecimenCategoryInfo& info(SpecimenCategory category) {
     return categories[static_cast<std::size_t>(category)];

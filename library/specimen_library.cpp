@@ -40,7 +40,9 @@ SpecimenLibrary::SpecimenLibrary(std::vector<Specimen> specimens, std::optional<
     }
 }
 
-SpecimenLibrary SpecimenLibrary::bundled() { return bundled(ResourceLocator::resourceFolder()); }
+SpecimenLibrary SpecimenLibrary::bundled() {
+    return bundled(ResourceLocator::resourceFolder());
+}
 
 SpecimenLibrary SpecimenLibrary::bundled(const std::filesystem::path& resourceFolder) {
     auto file = ResourceLocator::url("specimens", "json", resourceFolder);
@@ -85,8 +87,9 @@ std::vector<Specimen> SpecimenLibrary::specimens(std::optional<SpecimenCategory>
 }
 
 int SpecimenLibrary::count(SpecimenCategory category) const {
-    return static_cast<int>(std::count_if(specimens_.begin(), specimens_.end(),
-                                          [&](const Specimen& s) { return s.category == category; }));
+    return static_cast<int>(
+        std::count_if(specimens_.begin(), specimens_.end(),
+                      [&](const Specimen& s) { return s.category == category; }));
 }
 
 std::vector<Specimen> SpecimenLibrary::search(std::string_view query,

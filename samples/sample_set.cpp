@@ -36,10 +36,15 @@ std::optional<std::vector<SamplePhoto>> decodeManifest(std::string_view text) {
         std::vector<SamplePhoto> out;
         for (const auto& item : root) {
             SamplePhoto p;
-            std::pair<const char*, std::string*> fields[] = {
-                {"id", &p.id},         {"specimenID", &p.specimenID}, {"name", &p.name},
-                {"file", &p.file},     {"title", &p.title},           {"page", &p.page},
-                {"author", &p.author}, {"license", &p.license},       {"licenseURL", &p.licenseURL}};
+            std::pair<const char*, std::string*> fields[] = {{"id", &p.id},
+                                                             {"specimenID", &p.specimenID},
+                                                             {"name", &p.name},
+                                                             {"file", &p.file},
+                                                             {"title", &p.title},
+                                                             {"page", &p.page},
+                                                             {"author", &p.author},
+                                                             {"license", &p.license},
+                                                             {"licenseURL", &p.licenseURL}};
             for (auto [key, field] : fields) {
                 auto it = item.find(key);
                 if (it == item.end() || !it->is_string()) {
@@ -107,7 +112,9 @@ std::optional<SampleSet> SampleSet::open(const fs::path& folder) {
     return SampleSet(folder, std::move(*samples));
 }
 
-std::optional<SampleSet> SampleSet::bundled() { return bundled(ResourceLocator::resourceFolder()); }
+std::optional<SampleSet> SampleSet::bundled() {
+    return bundled(ResourceLocator::resourceFolder());
+}
 
 std::optional<SampleSet> SampleSet::bundled(const fs::path& resourceFolder) {
     return open(resourceFolder / "Samples");

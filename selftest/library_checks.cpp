@@ -89,9 +89,8 @@ std::vector<std::string> LibraryChecks::problems(const Specimen& s) {
         labels.push_back("localities");
     }
     if (s.lookAlikes.empty() ||
-        std::any_of(s.lookAlikes.begin(), s.lookAlikes.end(), [&](const LookAlike& l) {
-            return l.name.empty() || length(l.tip) <= 10;
-        })) {
+        std::any_of(s.lookAlikes.begin(), s.lookAlikes.end(),
+                    [&](const LookAlike& l) { return l.name.empty() || length(l.tip) <= 10; })) {
         labels.push_back("look-alikes");
     }
     if (std::any_of(s.habits.begin(), s.habits.end(),
@@ -206,7 +205,8 @@ Answers LibraryChecks::profile(const Specimen& s) {
     a.fizz = s.fizzes ? FizzAnswer::fizzes : FizzAnswer::none;
     if (auto range = s.gravityRange()) {
         double mid = (range->first + range->second) / 2;
-        a.heft = mid < 2.2 ? HeftAnswer::light : (mid > 4.0 ? HeftAnswer::heavy : HeftAnswer::normal);
+        a.heft =
+            mid < 2.2 ? HeftAnswer::light : (mid > 4.0 ? HeftAnswer::heavy : HeftAnswer::normal);
     } else {
         a.heft = HeftAnswer::normal;
     }

@@ -101,7 +101,9 @@ void SelfTest::check(bool ok, const std::string& name, const std::function<std::
     }
 }
 
-void SelfTest::info(const std::string& text) { lines_.push_back("  info  " + text); }
+void SelfTest::info(const std::string& text) {
+    lines_.push_back("  info  " + text);
+}
 
 std::vector<std::string> SelfTest::top(const IdentifyResult& result, std::size_t n) {
     std::vector<std::string> ids;
@@ -135,8 +137,8 @@ std::string SelfTest::runAll() {
     consistencySection();
     backupSection();
     samplesSection();
-    lines_.push_back("\nRESULT: " + std::to_string(passed_) + " passed, " + std::to_string(failed_) +
-                     " failed");
+    lines_.push_back("\nRESULT: " + std::to_string(passed_) + " passed, " +
+                     std::to_string(failed_) + " failed");
     return join(lines_, "\n");
 }
 
@@ -157,7 +159,8 @@ void SelfTest::integritySection() {
     check(uniqueNames, "no duplicate names");
     for (const auto& c : allSpecimenCategories()) {
         int n = library_.count(c.category);
-        check(n >= 3, "category " + std::string(c.title) + " has species (" + std::to_string(n) + ")");
+        check(n >= 3,
+              "category " + std::string(c.title) + " has species (" + std::to_string(n) + ")");
     }
     std::vector<std::string> problems;
     for (const auto& s : all) {
@@ -165,8 +168,8 @@ void SelfTest::integritySection() {
         problems.insert(problems.end(), p.begin(), p.end());
     }
     check(problems.empty(), "every species has complete, valid fields", [&] {
-        std::vector<std::string> first(problems.begin(),
-                                       problems.begin() + std::min<std::size_t>(8, problems.size()));
+        std::vector<std::string> first(
+            problems.begin(), problems.begin() + std::min<std::size_t>(8, problems.size()));
         return " \u2014 " + join(first, "; ");
     });
     auto fizz = LibraryChecks::fizzOffenders(all);
@@ -215,10 +218,11 @@ void SelfTest::narrowingSection() {
         check(specimenOf("talc") && specimenOf("gypsum") && confidenceOf(r, "talc") == best &&
                   confidenceOf(r, "gypsum") == best,
               "fingernail scratch \u2192 talc and gypsum share the top score");
-        bool soft = !r.candidates.empty() &&
-                    std::all_of(r.candidates.begin(), r.candidates.end(), [](const Candidate& c) {
-                        return c.confidence <= 0.01 || matches(ScratchAnswer::fingernail, c.specimen);
-                    });
+        bool soft =
+            !r.candidates.empty() &&
+            std::all_of(r.candidates.begin(), r.candidates.end(), [](const Candidate& c) {
+                return c.confidence <= 0.01 || matches(ScratchAnswer::fingernail, c.specimen);
+            });
         check(soft, "fingernail scratch \u2192 everything above 1% is soft enough");
         check(specimenOf("quartz") && confidenceOf(r, "quartz") < 0.01,
               "fingernail scratch \u2192 quartz below 1%");
@@ -320,10 +324,9 @@ void SelfTest::narrowingSection() {
         sum += c.confidence;
     }
     check(std::fabs(sum - 1.0) < 0.000001, "confidences add up to 1 (" + decimal(sum) + ")");
-    bool ordered = std::is_sorted(strongResult.candidates.begin(), strongResult.candidates.end(),
-                                  [](const Candidate& a, const Candidate& b) {
-                                      return a.confidence > b.confidence;
-                                  });
+    bool ordered = std::is_sorted(
+        strongResult.candidates.begin(), strongResult.candidates.end(),
+        [](const Candidate& a, const Candidate& b) { return a.confidence > b.confidence; });
     check(ordered, "results come back best-first");
     check(std::all_of(strongResult.candidates.begin(), strongResult.candidates.end(),
                       [](const Candidate& c) { return c.displayPercent() <= 95; }),
@@ -351,7 +354,8 @@ void SelfTest::narrowingSection() {
     check(empty.candidates.empty(), "empty library returns no candidates instead of crashing");
 
     IdentifyResult nothing = identify({});
-    check(!all.empty() && std::fabs(nothing.candidates[0].confidence - 1.0 / all.size()) < 0.000000001,
+    check(!all.empty() &&
+              std::fabs(nothing.candidates[0].confidence - 1.0 / all.size()) < 0.000000001,
           "no answers \u2192 every species equally likely");
 
     Answers contradictory;
@@ -364,7 +368,8 @@ void SelfTest::narrowingSection() {
 
     check(nothing.suggestedNext.has_value(),
           "a next question is suggested when nothing is answered (" +
-              (nothing.suggestedNext ? std::string(rawValue(*nothing.suggestedNext)) : "none") + ")");
+              (nothing.suggestedNext ? std::string(rawValue(*nothing.suggestedNext)) : "none") +
+              ")");
 
     // Follow the suggestions with quartz's answers until none is left.
     Answers walk;
@@ -386,8 +391,9 @@ void SelfTest::narrowingSection() {
 
     IdentifyResult quartz = identify(full);
     check(!quartz.suggestedNext, "no suggestion once every question is answered");
-    check(contains(top(quartz, 3), "quartz"),
-          "colorless glassy hard prisms \u2192 quartz in top 3 (ties with look-alikes are expected)");
+    check(
+        contains(top(quartz, 3), "quartz"),
+        "colorless glassy hard prisms \u2192 quartz in top 3 (ties with look-alikes are expected)");
 
     const std::string colorCheck = "photo center color is read correctly";
     auto image = ImageTools::solid(RGB{0.3, 0.3, 0.3}, 64);
@@ -404,12 +410,14 @@ void SelfTest::consistencySection() {
     begin("Self-consistency over the whole library");
     auto c = LibraryChecks::selfConsistency(library_);
     const std::string total = std::to_string(c.total);
-    info("textbook answers \u2192 own species ranked #1 for " + std::to_string(c.first) + "/" + total +
-         ", top 3 for " + std::to_string(c.inTop3) + "/" + total);
+    info("textbook answers \u2192 own species ranked #1 for " + std::to_string(c.first) + "/" +
+         total + ", top 3 for " + std::to_string(c.inTop3) + "/" + total);
     check(c.total > 0 && c.inTop3 >= 0.9 * c.total,
           "\u226590% of species land in the top 3 from their own properties (" +
               std::to_string(c.inTop3) + "/" + total + ")",
-          [&] { return c.missed.empty() ? std::string() : " \u2014 missed: " + join(c.missed, ","); });
+          [&] {
+              return c.missed.empty() ? std::string() : " \u2014 missed: " + join(c.missed, ",");
+          });
 }
 
 void SelfTest::samplesSection() {
@@ -436,8 +444,9 @@ void SelfTest::samplesSection() {
                       }),
           "every sample has an author, a free license (CC BY / CC0 / public domain) and a source "
           "link");
-    check(std::all_of(samples.begin(), samples.end(),
-                      [&](const SamplePhoto& p) { return library_.specimen(p.specimenID) != nullptr; }),
+    check(std::all_of(
+              samples.begin(), samples.end(),
+              [&](const SamplePhoto& p) { return library_.specimen(p.specimenID) != nullptr; }),
           "every sample's library record resolves");
     check(std::all_of(samples.begin(), samples.end(),
                       [&](const SamplePhoto& p) {
@@ -464,14 +473,16 @@ void SelfTest::samplesSection() {
         }
         check(added == static_cast<int>(count) && loaded.size() == count,
               "loading adds one collection entry per sample (" + std::to_string(added) + ")");
-        bool resolve = !loaded.empty() && std::all_of(loaded.begin(), loaded.end(), [&](const auto* e) {
-            const SamplePhoto* p = e->sampleID ? set.sample(*e->sampleID) : nullptr;
-            return p && library_.specimen(e->specimenID) && store.photoData(e->photoFile) &&
-                   e->notes.find(p->creditLine()) != std::string::npos;
-        });
+        bool resolve =
+            !loaded.empty() && std::all_of(loaded.begin(), loaded.end(), [&](const auto* e) {
+                const SamplePhoto* p = e->sampleID ? set.sample(*e->sampleID) : nullptr;
+                return p && library_.specimen(e->specimenID) && store.photoData(e->photoFile) &&
+                       e->notes.find(p->creditLine()) != std::string::npos;
+            });
         check(resolve, "each loaded sample's record, photo and credit resolve");
-        auto sampleHistory = std::count_if(store.history().begin(), store.history().end(),
-                                           [](const HistoryEntry& h) { return h.isSample.value_or(false); });
+        auto sampleHistory =
+            std::count_if(store.history().begin(), store.history().end(),
+                          [](const HistoryEntry& h) { return h.isSample.value_or(false); });
         check(sampleHistory == static_cast<long>(std::min<std::size_t>(3, count)) &&
                   std::all_of(store.history().begin(), store.history().end(),
                               [](const HistoryEntry& h) { return !h.results.empty(); }),
@@ -480,7 +491,8 @@ void SelfTest::samplesSection() {
               "loading twice adds nothing");
         {
             StoneStore reopened(folder.path());
-            check(reopened.collection() == store.collection() && reopened.history() == store.history(),
+            check(reopened.collection() == store.collection() &&
+                      reopened.history() == store.history(),
                   "samples survive an app restart");
         }
         std::set<std::string> samplePhotos;
@@ -490,15 +502,17 @@ void SelfTest::samplesSection() {
             }
         }
         const int removed = store.removeSamples();
-        bool onlySamples = removed == static_cast<int>(count) && store.collection().size() == 1 &&
-                           store.collection()[0].id == own.id &&
-                           std::none_of(store.history().begin(), store.history().end(),
-                                        [](const HistoryEntry& h) { return h.isSample.value_or(false); });
+        bool onlySamples =
+            removed == static_cast<int>(count) && store.collection().size() == 1 &&
+            store.collection()[0].id == own.id &&
+            std::none_of(store.history().begin(), store.history().end(),
+                         [](const HistoryEntry& h) { return h.isSample.value_or(false); });
         check(onlySamples, "Remove Sample Collection removes only the samples");
-        bool gone = !samplePhotos.empty() &&
-                    std::none_of(samplePhotos.begin(), samplePhotos.end(), [&](const std::string& f) {
-                        return fs::exists(store.photosFolder() / f);
-                    });
+        bool gone =
+            !samplePhotos.empty() &&
+            std::none_of(samplePhotos.begin(), samplePhotos.end(), [&](const std::string& f) {
+                return fs::exists(store.photosFolder() / f);
+            });
         check(gone, "sample photos are deleted from disk on removal");
     }
 
@@ -519,8 +533,9 @@ void SelfTest::samplesSection() {
          "/" + std::to_string(count));
     check(ran >= 3 && broken == 0, "identify runs end to end on every sample photo (" +
                                        std::to_string(ran) + "/" + std::to_string(count) + ")");
-    check(hits >= 0.8 * count, "with the guided answers, samples find their own species in the top 3 (" +
-                                   std::to_string(hits) + "/" + std::to_string(count) + ")");
+    check(hits >= 0.8 * count,
+          "with the guided answers, samples find their own species in the top 3 (" +
+              std::to_string(hits) + "/" + std::to_string(count) + ")");
 }
 
 void SelfTest::backupSection() {

@@ -12,7 +12,9 @@ namespace fs = std::filesystem;
 
 namespace {
 
-Error systemError(int code) { return Error{std::strerror(code)}; }
+Error systemError(int code) {
+    return Error{std::strerror(code)};
+}
 
 fs::path resolveLinks(const fs::path& target) {
     std::error_code ec;
@@ -64,7 +66,9 @@ AtomicFile::AtomicFile(const fs::path& target, Options options)
     }
 }
 
-AtomicFile::~AtomicFile() { abandon(); }
+AtomicFile::~AtomicFile() {
+    abandon();
+}
 
 void AtomicFile::abandon() {
     if (fd_ >= 0) {

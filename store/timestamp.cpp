@@ -64,8 +64,8 @@ std::string Timestamp::isoUtc() const {
 std::optional<Timestamp> Timestamp::parseIsoUtc(std::string_view s) {
     // yyyy-MM-ddTHH:mm:ssZ, nothing more and nothing less.
     if (s.size() != 20 || s[4] != '-' || s[7] != '-' || s[10] != 'T' || s[13] != ':' ||
-        s[16] != ':' || s[19] != 'Z' || !digits(s, 0, 4) || !digits(s, 5, 2) ||
-        !digits(s, 8, 2) || !digits(s, 11, 2) || !digits(s, 14, 2) || !digits(s, 17, 2)) {
+        s[16] != ':' || s[19] != 'Z' || !digits(s, 0, 4) || !digits(s, 5, 2) || !digits(s, 8, 2) ||
+        !digits(s, 11, 2) || !digits(s, 14, 2) || !digits(s, 17, 2)) {
         return std::nullopt;
     }
     int seconds = number(s, 17, 2);

@@ -102,10 +102,9 @@ TEST(AnswersValue, summary_lines_follow_field_order_with_fixed_labels) {
     a.color = ColorFamily::gray;
     a.habit = HabitAnswer::cubes;
     EXPECT_EQ(a.answeredCount(), 4);
-    EXPECT_EQ(a.summary(), (std::vector<std::string>{"Color: Gray or silver",
-                                                      "Shape: Cubes or square corners",
-                                                      "Magnet: A magnet sticks or pulls",
-                                                      "Weight: Surprisingly heavy"}));
+    EXPECT_EQ(a.summary(), (std::vector<std::string>{
+                               "Color: Gray or silver", "Shape: Cubes or square corners",
+                               "Magnet: A magnet sticks or pulls", "Weight: Surprisingly heavy"}));
 }
 
 TEST(Questions, texts_penalties_and_option_counts) {

@@ -58,9 +58,10 @@ TEST(CenterColor, images_below_five_pixels_give_no_colour) {
 
 TEST(CenterColor, only_the_middle_quarter_counts) {
     // 5 x 5: the crop is the 2 x 2 block at (1, 1), here two red and two blue pixels.
-    VImage five = halves(4, 5, {255, 0, 0}, {255, 0, 0})
-                      .join(VImage::black(1, 5, VImage::option()->set("bands", 3)).cast(VIPS_FORMAT_UCHAR),
-                            VIPS_DIRECTION_HORIZONTAL);
+    VImage five =
+        halves(4, 5, {255, 0, 0}, {255, 0, 0})
+            .join(VImage::black(1, 5, VImage::option()->set("bands", 3)).cast(VIPS_FORMAT_UCHAR),
+                  VIPS_DIRECTION_HORIZONTAL);
     five = halves(4, 5, {0, 0, 0}, {0, 0, 0});
     std::vector<unsigned char> px(5 * 5 * 3, 0);
     auto set = [&](int x, int y, unsigned char r, unsigned char b) {
@@ -79,15 +80,17 @@ TEST(CenterColor, only_the_middle_quarter_counts) {
 
 TEST(CenterColor, a_frame_around_the_centre_does_not_change_the_reading) {
     auto inner = ImageTools::solid({0.3, 0.3, 0.3}, 50);
-    VImage framed = inner->pixels().embed(25, 25, 100, 100,
-                                          VImage::option()->set("extend", VIPS_EXTEND_WHITE));
+    VImage framed =
+        inner->pixels().embed(25, 25, 100, 100, VImage::option()->set("extend", VIPS_EXTEND_WHITE));
     expectColor(ImageTools::averageCenterColor(Image(framed)), RGB{0.3, 0.3, 0.3});
 }
 
 TEST(CenterColor, transparent_pixels_count_as_black) {
     auto solid = ImageTools::solid({1, 1, 1}, 40);
-    VImage half = solid->pixels().extract_band(0, VImage::option()->set("n", 3)).bandjoin_const({127});
-    auto color = ImageTools::averageCenterColor(Image(half.copy(VImage::option()->set("interpretation", VIPS_INTERPRETATION_sRGB))));
+    VImage half =
+        solid->pixels().extract_band(0, VImage::option()->set("n", 3)).bandjoin_const({127});
+    auto color = ImageTools::averageCenterColor(
+        Image(half.copy(VImage::option()->set("interpretation", VIPS_INTERPRETATION_sRGB))));
     expectColor(color, RGB{127 / 255.0, 127 / 255.0, 127 / 255.0}, 2.5 / 255.0);
 }
 
@@ -153,7 +156,8 @@ TEST(Decoding, the_longest_side_is_bounded_and_small_images_are_not_enlarged) {
 
 TEST(Encoding, png_and_grayscale_sources_come_out_as_rgb_jpeg) {
     ImageTools::initialize();
-    VImage gray = VImage::black(32, 32).new_from_image(std::vector<double>{128}).cast(VIPS_FORMAT_UCHAR);
+    VImage gray =
+        VImage::black(32, 32).new_from_image(std::vector<double>{128}).cast(VIPS_FORMAT_UCHAR);
     VipsBlob* blob = gray.pngsave_buffer();
     std::size_t n = 0;
     const void* data = vips_blob_get(blob, &n);

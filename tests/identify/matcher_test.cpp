@@ -42,7 +42,8 @@ double sum(const IdentifyResult& r) {
 TEST(ColorScience, distance_is_zero_for_equal_colours_and_one_for_black_against_white) {
     EXPECT_DOUBLE_EQ(Matcher::distance({0, 0, 0}, {1, 1, 1}), 1.0);
     EXPECT_DOUBLE_EQ(Matcher::distance({0.3, 0.4, 0.5}, {0.3, 0.4, 0.5}), 0.0);
-    EXPECT_DOUBLE_EQ(Matcher::distance({1, 0, 0}, {0, 0, 1}), Matcher::distance({0, 0, 1}, {1, 0, 0}));
+    EXPECT_DOUBLE_EQ(Matcher::distance({1, 0, 0}, {0, 0, 1}),
+                     Matcher::distance({0, 0, 1}, {1, 0, 0}));
 }
 
 TEST(ColorScience, similarity_has_a_floor_and_a_neutral_value_without_reference_colours) {
@@ -65,10 +66,12 @@ TEST(AnswerScoring, fit_and_misfit_lines_use_the_species_texts) {
     a.magnet = MagnetAnswer::none;
     a.fizz = FizzAnswer::none;
     AnswerScore score = Matcher::answerScore(s, a);
-    EXPECT_EQ(score.fits, (std::vector<std::string>{"Luster fits (metallic)", "Weight fits (SG 5.2)",
-                                                     "No fizz, as expected"}));
-    EXPECT_EQ(score.misfits, (std::vector<std::string>{"Usually black", "Hardness is 5.5\u20136.5 Mohs",
-                                                        "Should attract a magnet"}));
+    EXPECT_EQ(score.fits,
+              (std::vector<std::string>{"Luster fits (metallic)", "Weight fits (SG 5.2)",
+                                        "No fizz, as expected"}));
+    EXPECT_EQ(score.misfits,
+              (std::vector<std::string>{"Usually black", "Hardness is 5.5\u20136.5 Mohs",
+                                        "Should attract a magnet"}));
     EXPECT_DOUBLE_EQ(score.score, 0.3 * 0.1 * 0.1);
 
     Specimen noGravity = makeSpecimen("x", "X");
@@ -142,7 +145,8 @@ TEST(Identification, contradictions_set_nothing_fits_well) {
 
 TEST(Identification, a_photo_alone_is_a_rough_guess_and_one_answer_never_strong) {
     auto lib = sampleLibrary();
-    EXPECT_EQ(Matcher().identify(RGB{0.1, 0.1, 0.1}, {}, lib, 8).level, ConfidenceLevel::roughGuess);
+    EXPECT_EQ(Matcher().identify(RGB{0.1, 0.1, 0.1}, {}, lib, 8).level,
+              ConfidenceLevel::roughGuess);
     Answers a;
     a.magnet = MagnetAnswer::attracts;
     IdentifyResult r = Matcher().identify(RGB{0.1, 0.1, 0.1}, a, lib, 8);

@@ -20,7 +20,8 @@ TEST(RGBHex, reading_accepts_the_usual_forms) {
 }
 
 TEST(RGBHex, reading_refuses_anything_but_six_hex_digits) {
-    for (const char* bad : {"#3A5FC", "#GGGGGG", "", "#", "##3A5FCD", "#3A5FCD0", "3A 5FCD", "+3A5FC"}) {
+    for (const char* bad :
+         {"#3A5FC", "#GGGGGG", "", "#", "##3A5FCD", "#3A5FCD0", "3A 5FCD", "+3A5FC"}) {
         EXPECT_FALSE(RGB::fromHex(bad)) << '"' << bad << '"';
     }
 }

@@ -15,8 +15,8 @@ using namespace quarrydex;
 namespace {
 
 const SpecimenLibrary& shipped() {
-    static const SpecimenLibrary library =
-        SpecimenLibrary::fromFile(std::filesystem::path(QUARRYDEX_SOURCE_DIR) / "resources" / "specimens.json");
+    static const SpecimenLibrary library = SpecimenLibrary::fromFile(
+        std::filesystem::path(QUARRYDEX_SOURCE_DIR) / "resources" / "specimens.json");
     return library;
 }
 
@@ -57,10 +57,10 @@ TEST(ShippedLibrary, every_record_meets_the_content_rules) {
 }
 
 TEST(ShippedLibrary, holds_every_species_the_program_names) {
-    std::vector<std::string> needed{"quartz",   "amethyst",       "rose-quartz",   "calcite",
-                                    "talc",     "gypsum",         "galena",        "pyrite",
-                                    "gold",     "hematite",       "magnetite",     "obsidian",
-                                    "rhodochrosite", "rhodonite", "pumice",        "petrified-wood",
+    std::vector<std::string> needed{"quartz",        "amethyst",  "rose-quartz", "calcite",
+                                    "talc",          "gypsum",    "galena",      "pyrite",
+                                    "gold",          "hematite",  "magnetite",   "obsidian",
+                                    "rhodochrosite", "rhodonite", "pumice",      "petrified-wood",
                                     "dinosaur-bone", "amazonite"};
     // Every species the sample photos point to, when this checkout has them.
     std::filesystem::path manifest =

@@ -74,9 +74,11 @@ TEST(ResourceSearch, own_folder_first_then_nested_packages_in_name_order) {
     std::filesystem::create_directories(dir / "B.bundle");
     std::filesystem::create_directories(dir / "A.bundle");
     test::writeFile(dir / "B.bundle" / "specimens.json", "[]");
-    EXPECT_EQ(ResourceLocator::url("specimens", "json", dir.path()), dir / "B.bundle" / "specimens.json");
+    EXPECT_EQ(ResourceLocator::url("specimens", "json", dir.path()),
+              dir / "B.bundle" / "specimens.json");
     test::writeFile(dir / "A.bundle" / "specimens.json", "[]");
-    EXPECT_EQ(ResourceLocator::url("specimens", "json", dir.path()), dir / "A.bundle" / "specimens.json");
+    EXPECT_EQ(ResourceLocator::url("specimens", "json", dir.path()),
+              dir / "A.bundle" / "specimens.json");
     test::writeFile(dir / "specimens.json", "[]");
     EXPECT_EQ(ResourceLocator::url("specimens", "json", dir.path()), dir / "specimens.json");
     EXPECT_FALSE(ResourceLocator::url("samples", "json", dir.path()));
@@ -144,7 +146,8 @@ TEST_F(SpecimenSearch, category_counts_add_up_to_the_library) {
     int total = 0;
     for (const auto& c : allSpecimenCategories()) {
         total += library.count(c.category);
-        EXPECT_EQ(static_cast<int>(library.specimens(c.category).size()), library.count(c.category));
+        EXPECT_EQ(static_cast<int>(library.specimens(c.category).size()),
+                  library.count(c.category));
     }
     EXPECT_EQ(total, 3);
     EXPECT_EQ(library.specimens(std::nullopt).size(), 3u);
@@ -168,5 +171,6 @@ TEST_F(SpecimenSearch, stone_of_the_day_walks_the_library_one_species_a_day) {
     for (int i = 1; i < 4; ++i) {
         EXPECT_EQ(index(seen[i]), (index(seen[i - 1]) + 1) % 3) << "day " << i;
     }
-    EXPECT_EQ(library.specimenOfTheDay(day.plusSeconds(3600))->id, seen[0]) << "same day, same pick";
+    EXPECT_EQ(library.specimenOfTheDay(day.plusSeconds(3600))->id, seen[0])
+        << "same day, same pick";
 }

@@ -54,10 +54,12 @@ SpecimenLibrary libraryFor(int count) {
 } // namespace
 
 TEST(SampleLicences, only_attribution_zero_and_public_domain_count_as_free) {
-    for (const char* free : {"CC BY 4.0", "CC BY 2.0", "CC0 1.0", "Public domain", "PD-USGov", "cc by 3.0"}) {
+    for (const char* free :
+         {"CC BY 4.0", "CC BY 2.0", "CC0 1.0", "Public domain", "PD-USGov", "cc by 3.0"}) {
         EXPECT_TRUE(photo(free).isFreelyLicensed()) << free;
     }
-    for (const char* notFree : {"CC BY-SA 4.0", "CC BY-NC 2.0", "CC BY-ND 4.0", "GFDL", "", "All rights reserved"}) {
+    for (const char* notFree :
+         {"CC BY-SA 4.0", "CC BY-NC 2.0", "CC BY-ND 4.0", "GFDL", "", "All rights reserved"}) {
         EXPECT_FALSE(photo(notFree).isFreelyLicensed()) << notFree;
     }
     EXPECT_EQ(photo("CC0 1.0").creditLine(), "Photo: Someone, CC0 1.0, via Wikimedia Commons");
@@ -82,11 +84,12 @@ TEST(SampleManifest, credits_lookup_and_image_access) {
     test::writeFile(dir / "one.jpg", "0123456789");
     auto set = SampleSet::open(dir.path());
     ASSERT_TRUE(set);
-    EXPECT_EQ(set->creditsText(),
-              "\u2022 Clear quartz \u2014 A. Author, CC BY 4.0 (https://creativecommons.org/licenses/by/4.0/)\n"
-              "  https://commons.example/one\n"
-              "\u2022 Mystery \u2014 B. Author, CC0 1.0 (https://creativecommons.org/publicdomain/zero/1.0/)\n"
-              "  https://commons.example/two");
+    EXPECT_EQ(set->creditsText(), "\u2022 Clear quartz \u2014 A. Author, CC BY 4.0 "
+                                  "(https://creativecommons.org/licenses/by/4.0/)\n"
+                                  "  https://commons.example/one\n"
+                                  "\u2022 Mystery \u2014 B. Author, CC0 1.0 "
+                                  "(https://creativecommons.org/publicdomain/zero/1.0/)\n"
+                                  "  https://commons.example/two");
     ASSERT_NE(set->sample("two"), nullptr);
     EXPECT_EQ(set->sample("two")->specimenID, "unknown-species");
     EXPECT_EQ(set->sample("three"), nullptr);
@@ -131,9 +134,10 @@ TEST(SampleLoading, adds_pieces_in_manifest_order_with_examples_and_loads_once) 
     EXPECT_NEAR(c[0].dateAdded.sinceReference - c[3].dateAdded.sinceReference, 180.0, 1e-6);
     EXPECT_EQ(c[0].specimenID, "s0");
     EXPECT_FALSE(c[3].specimenID) << "the library does not know s3";
-    EXPECT_EQ(c[1].notes, "Built-in sample so you can try Quarrydex. Photo: Author 1, CC0 1.0, via "
-                          "Wikimedia Commons.\nhttps://commons.example/sample-1\nRemove all samples "
-                          "with Help > Remove Sample Collection.");
+    EXPECT_EQ(c[1].notes,
+              "Built-in sample so you can try Quarrydex. Photo: Author 1, CC0 1.0, via "
+              "Wikimedia Commons.\nhttps://commons.example/sample-1\nRemove all samples "
+              "with Help > Remove Sample Collection.");
 
     ASSERT_EQ(store.history().size(), 3u);
     for (const auto& h : store.history()) {

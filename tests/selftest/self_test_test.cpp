@@ -48,9 +48,10 @@ TEST(SelfTestReport, an_empty_library_reports_failures_and_still_ends_with_the_r
     EXPECT_NE(report.find("  FAIL  at least 100 species (0)"), std::string::npos);
     EXPECT_NE(report.find("  PASS  empty library returns no candidates instead of crashing"),
               std::string::npos);
-    EXPECT_NE(report.find("  FAIL  sample photos are bundled with the app \u2014 Samples folder not "
-                          "found"),
-              std::string::npos);
+    EXPECT_NE(
+        report.find("  FAIL  sample photos are bundled with the app \u2014 Samples folder not "
+                    "found"),
+        std::string::npos);
     EXPECT_NE(report.find("top 3 for 0/0"), std::string::npos);
     EXPECT_GT(t.failed(), 0);
     EXPECT_EQ(lines.back(), "RESULT: " + std::to_string(t.passed()) + " passed, " +
@@ -72,11 +73,11 @@ TEST(LibraryRules, each_broken_rule_is_named) {
     s.specificGravity = "heavy";
     s.birthstone = "June, Smarch";
     auto p = LibraryChecks::problems(s);
-    for (const char* label : {"bad id", "name/group", "text fields too short", "hardness range",
-                              "colors/hex", "look-alikes", "habit tags spiky",
-                              "colors map to no color family ochre", "luster 'shiny' maps to no answer",
-                              "streak 'ochre' maps to no answer", "specific gravity unparseable",
-                              "birthstone month 'Smarch'"}) {
+    for (const char* label :
+         {"bad id", "name/group", "text fields too short", "hardness range", "colors/hex",
+          "look-alikes", "habit tags spiky", "colors map to no color family ochre",
+          "luster 'shiny' maps to no answer", "streak 'ochre' maps to no answer",
+          "specific gravity unparseable", "birthstone month 'Smarch'"}) {
         EXPECT_NE(std::find(p.begin(), p.end(), "Bad Id: " + std::string(label)), p.end()) << label;
     }
     EXPECT_TRUE(LibraryChecks::problems(makeSpecimen("fine", "Fine")).empty());

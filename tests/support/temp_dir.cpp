@@ -29,7 +29,9 @@ TempDir::~TempDir() {
     fs::remove_all(path_, ec);
 }
 
-fs::path fixture(const std::string& name) { return fs::path(QUARRYDEX_TEST_DATA_DIR) / name; }
+fs::path fixture(const std::string& name) {
+    return fs::path(QUARRYDEX_TEST_DATA_DIR) / name;
+}
 
 fs::path copyFixture(const std::string& name, const fs::path& folder) {
     fs::path target = folder / fs::path(name).filename();
