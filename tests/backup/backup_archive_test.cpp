@@ -1,0 +1,462 @@
+#include "backup/backup_archive.h"
+#include "backup/base64.h"
+#include "backup_test_data.h"
+#include "support/temp_dir.h"
+
+#include <cstdlib>
+#include <gtest/gtest.h>
+#include <limits>
+#include <nlohmann/json.hpp>
+#include <random>
+#include <time.h>
+
+namespace quarrydex {
+namespace {
+namespace fs = std::filesystem;
+using test::at;
+using test::TempDir;
+
+const std::string notABackup = "That file isn't a Quarrydex backup.";
+
+std::string fixtureText(const std::string& name) {
+    return test::readFile(test::fixture("backup/" + name));
+}
+
+// The encoded full archive as a JSON value, for tests that damage one part of it.
+nlohmann::json fullJson() {
+    return nlohmann::json::parse(BackupCodec::encode(test::fullArchive()));
+}
+
+std::string refusal(std::string_view bytes) {
+    BackupResult<BackupArchive> decoded = BackupCodec::decode(bytes);
+    return decoded ? "decoded" : decoded.error().description();
+}
+
+// --- Round trips -----------------------------------------------------------------------
+
+TEST(BackupRoundTrip, encode_then_decode_returns_every_field_and_photo_unchanged) {
+    BackupArchive archive = test::fullArchive();
+    BackupResult<BackupArchive> decoded = BackupCodec::decode(BackupCodec::encode(archive));
+    ASSERT_TRUE(decoded) << decoded.description();
+    EXPECT_EQ(*decoded, archive);
+    EXPECT_EQ(decoded->items[0].photo, archive.items[0].photo);
+}
+
+TEST(BackupRoundTrip, dates_keep_whole_seconds_and_lose_their_fraction) {
+    BackupArchive archive;
+    archive.createdAt = at("2026-10-18T12:00:00Z").plusSeconds(0.75);
+    std::string bytes = BackupCodec::encode(archive);
+    EXPECT_NE(bytes.find("\"createdAt\":\"2026-10-18T12:00:00Z\""), std::string::npos) << bytes;
+    BackupResult<BackupArchive> decoded = BackupCodec::decode(bytes);
+    ASSERT_TRUE(decoded) << decoded.description();
+    EXPECT_EQ(decoded->createdAt, at("2026-10-18T12:00:00Z"));
+}
+
+TEST(BackupRoundTrip, decode_file_stages_photos_on_disk_and_matches_decode) {
+    TempDir dir;
+    BackupArchive archive = test::fullArchive();
+    test::writeFile(dir / "backup.json", BackupCodec::encode(archive));
+    fs::path staging;
+    {
+        BackupResult<StagedBackup> staged =
+            BackupCodec::decodeFile(dir / "backup.json", dir.path());
+        ASSERT_TRUE(staged) << staged.description();
+        EXPECT_EQ(staged->itemPhoto(0), archive.items[0].photo);
+        EXPECT_EQ(staged->itemPhoto(1), std::nullopt);
+        EXPECT_EQ(staged->historyPhoto(0), (*archive.history)[0].photo);
+        EXPECT_EQ(staged->historyPhoto(1), std::nullopt);
+        // Records match; the photos are not held in them.
+        for (auto& item : archive.items) {
+            item.photo.reset();
+        }
+        for (auto& item : *archive.history) {
+            item.photo.reset();
+        }
+        EXPECT_EQ(staged->archive(), archive);
+        for (const auto& entry : fs::directory_iterator(dir.path())) {
+            if (entry.path().filename().string().starts_with(".quarrydex-restore-")) {
+                staging = entry.path();
+            }
+        }
+        ASSERT_FALSE(staging.empty());
+    }
+    EXPECT_FALSE(fs::exists(staging)) << "the staging folder goes with the staged backup";
+}
+
+TEST(BackupRoundTrip, records_read_from_a_file_keep_no_photo_sized_buffers) {
+    // The reader reuses one buffer for all strings; a record must not walk off with it
+    // after a photo, or a big restore would hold every photo's worth of memory after all.
+    TempDir dir;
+    BackupArchive archive = test::fullArchive();
+    archive.items[0].photo = std::string(300'000, 'p');
+    test::writeFile(dir / "backup.json", BackupCodec::encode(archive));
+    BackupResult<StagedBackup> staged = BackupCodec::decodeFile(dir / "backup.json", dir.path());
+    ASSERT_TRUE(staged) << staged.description();
+    EXPECT_LT(staged->archive().items[0].specimenID->capacity(), 1000u);
+}
+
+// --- The file format -------------------------------------------------------------------
+
+void expectSortedKeys(const nlohmann::ordered_json& value) {
+    if (value.is_object()) {
+        std::string previous;
+        for (const auto& [key, member] : value.items()) {
+            EXPECT_LT(previous, key);
+            previous = key;
+            expectSortedKeys(member);
+        }
+    } else if (value.is_array()) {
+        for (const auto& element : value) {
+            expectSortedKeys(element);
+        }
+    }
+}
+
+TEST(BackupFormat, a_backup_is_one_compact_line_with_keys_in_byte_order) {
+    std::string bytes = BackupCodec::encode(test::fullArchive());
+    EXPECT_EQ(bytes.find('\n'), std::string::npos);
+    expectSortedKeys(nlohmann::ordered_json::parse(bytes));
+    // Compact, sorted and escaped exactly as a JSON library writes it.
+    EXPECT_EQ(bytes, nlohmann::json::parse(bytes).dump());
+}
+
+TEST(BackupFormat, values_are_written_as_the_format_says) {
+    nlohmann::json file = fullJson();
+    EXPECT_EQ(file["version"], 2);
+    EXPECT_EQ(file["app"], "Quarrydex");
+    EXPECT_EQ(file["publisher"], "Fernwick");
+    EXPECT_EQ(file["createdAt"], "2026-10-18T12:00:00Z");
+    EXPECT_EQ(file["items"][0]["photo"],
+              base64::encode(test::fullArchive().items[0].photo.value()));
+    EXPECT_EQ(file["items"][0]["confidence"], 0.8734567890123);
+    EXPECT_EQ(file["history"][0]["results"][2]["confidence"], 1.0);
+    const std::string id = file["items"][0]["id"];
+    EXPECT_EQ(id, test::fullArchive().items[0].id.text());
+    EXPECT_EQ(id.find_first_of("abcdef"), std::string::npos) << "UUIDs are upper case";
+}
+
+TEST(BackupFormat, optional_values_without_a_value_are_left_out_never_null) {
+    BackupArchive archive;
+    archive.items.push_back({});
+    archive.items[0].name = "Bare";
+    std::string bytes = BackupCodec::encode(archive);
+    EXPECT_EQ(bytes.find("null"), std::string::npos) << bytes;
+    for (const char* key :
+         {"publisher", "history", "favorites", "confidence", "photo", "specimenID"}) {
+        EXPECT_EQ(bytes.find(std::string("\"") + key + "\""), std::string::npos) << key;
+    }
+}
+
+TEST(BackupFormat, text_that_is_not_utf8_and_numbers_json_cannot_hold_still_give_a_backup) {
+    BackupArchive archive = test::fullArchive();
+    archive.items[0].name = "Broken \xC3 name";
+    archive.items[0].confidence = std::numeric_limits<double>::quiet_NaN();
+    (*archive.history)[0].results[0].confidence = std::numeric_limits<double>::infinity();
+    BackupResult<BackupArchive> decoded = BackupCodec::decode(BackupCodec::encode(archive));
+    ASSERT_TRUE(decoded) << decoded.description();
+    EXPECT_EQ(decoded->items[0].name, "Broken \uFFFD name");
+    EXPECT_FALSE(decoded->items[0].confidence);
+    EXPECT_EQ((*decoded->history)[0].results[0].confidence, 0.0);
+}
+
+TEST(BackupFormat, a_new_archive_from_the_store_is_format_2_with_publisher) {
+    TempDir dir;
+    StoneStore store(dir.path());
+    test::fillStore(store);
+    Timestamp date = at("2026-10-18T14:05:09Z");
+    BackupArchive archive = BackupCodec::makeArchive(store, true, date);
+    EXPECT_EQ(archive.version, 2);
+    EXPECT_EQ(archive.app, "Quarrydex");
+    EXPECT_EQ(archive.publisher, "Fernwick");
+    EXPECT_EQ(archive.createdAt, date);
+    ASSERT_EQ(archive.items.size(), 2u);
+    EXPECT_EQ(archive.items[0].name, "Creek pebble"); // store order: newest first
+    EXPECT_EQ(archive.items[1].photo, test::allBytes(2));
+    EXPECT_EQ(archive.items[1].confidence, 0.42);
+    EXPECT_EQ((*archive.history)[1].photo, "history photo");
+    EXPECT_EQ(archive.favorites, (std::vector<std::string>{"amethyst", "gold"}));
+
+    BackupArchive withoutPhotos = BackupCodec::makeArchive(store, false, date);
+    EXPECT_FALSE(withoutPhotos.items[1].photo);
+    EXPECT_FALSE((*withoutPhotos.history)[1].photo);
+
+    // A sample mark is no part of a backup.
+    EXPECT_EQ(BackupCodec::encode(archive).find("ample"), std::string::npos);
+}
+
+TEST(BackupFormat, a_missing_photo_file_gives_a_record_without_photo) {
+    TempDir dir;
+    StoneStore store(dir.path());
+    test::fillStore(store);
+    fs::remove(store.photosFolder() / *store.collection()[1].photoFile);
+    BackupArchive archive = BackupCodec::makeArchive(store, true, Timestamp{});
+    EXPECT_FALSE(archive.items[1].photo);
+}
+
+TEST(BackupFormat, default_file_name_is_the_prefix_and_the_local_time) {
+    Timestamp date = at("2026-10-18T14:05:09Z").plusSeconds(0.9);
+    EXPECT_EQ(BackupCodec::defaultFilename("Quarrydex Backup", date),
+              "Quarrydex Backup 2026-10-18 14.05.09");
+
+    std::string saved = std::getenv("TZ") ? std::getenv("TZ") : "";
+    ::setenv("TZ", "<+0530>-05:30", 1);
+    ::tzset();
+    std::string local = BackupCodec::defaultFilename("Quarrydex Backup", date);
+    ::setenv("TZ", saved.c_str(), 1);
+    ::tzset();
+    EXPECT_EQ(local, "Quarrydex Backup 2026-10-18 19.35.09");
+}
+
+// --- Test vectors ----------------------------------------------------------------------
+
+TEST(BackupVectors, a_format_1_backup_decodes_without_history_or_favorites) {
+    BackupResult<BackupArchive> decoded = BackupCodec::decode(fixtureText("format1.json"));
+    ASSERT_TRUE(decoded) << decoded.description();
+    EXPECT_EQ(decoded->version, 1);
+    EXPECT_EQ(decoded->createdAt, at("2026-10-18T12:00:00Z"));
+    EXPECT_FALSE(decoded->publisher);
+    EXPECT_FALSE(decoded->history);
+    EXPECT_FALSE(decoded->favorites);
+    ASSERT_EQ(decoded->items.size(), 1u);
+    const BackupArchive::Entry& item = decoded->items[0];
+    EXPECT_EQ(item.id.text(), "7D3C0F7E-3B8C-4D11-9A55-0C3B6B1C2E10");
+    EXPECT_EQ(item.name, "Old quartz");
+    EXPECT_EQ(item.location, "Palisade");
+    EXPECT_EQ(item.acquisition, "found");
+    EXPECT_EQ(item.notes, "");
+    EXPECT_EQ(item.dateAdded, at("2026-10-18T11:00:00Z"));
+    EXPECT_FALSE(item.specimenID);
+    EXPECT_FALSE(item.confidence);
+    EXPECT_FALSE(item.photo);
+}
+
+TEST(BackupVectors, a_backup_from_a_newer_version_is_refused_with_its_format_number) {
+    BackupResult<BackupArchive> decoded = BackupCodec::decode(fixtureText("newer-version.json"));
+    ASSERT_FALSE(decoded);
+    EXPECT_EQ(decoded.error(), BackupError::newerVersion(99));
+    EXPECT_EQ(decoded.error().description(),
+              "This backup was made by a newer version of Quarrydex (format 99). Update the app "
+              "to restore it.");
+}
+
+TEST(BackupVectors, another_apps_json_is_not_a_backup) {
+    BackupResult<BackupArchive> decoded = BackupCodec::decode(fixtureText("other-app.json"));
+    ASSERT_FALSE(decoded);
+    EXPECT_EQ(decoded.error(), BackupError::notABackup());
+    EXPECT_EQ(decoded.error().description(), notABackup);
+    EXPECT_EQ(refusal(R"({"name":"Some list","items":[1,2,3]})"), notABackup);
+}
+
+TEST(BackupVectors, unreadable_names_its_cause) {
+    EXPECT_EQ(BackupError::unreadable("Verification failed after writing.").description(),
+              "The backup couldn't be read: Verification failed after writing.");
+}
+
+// --- Refusals --------------------------------------------------------------------------
+
+TEST(BackupRefusal, bytes_that_are_not_a_json_object_are_not_a_backup) {
+    std::string bytes = BackupCodec::encode(test::fullArchive());
+    std::string random(4096, '\0');
+    std::mt19937 generator(7);
+    for (char& c : random) {
+        c = static_cast<char>(generator());
+    }
+    const std::pair<const char*, std::string> cases[] = {
+        {"empty", ""},
+        {"blanks", " \n "},
+        {"plain text", "Quarrydex backup, honest"},
+        {"random bytes", random},
+        {"array", "[]"},
+        {"array of a backup", "[" + bytes + "]"},
+        {"string", "\"Quarrydex\""},
+        {"number", "2"},
+        {"null", "null"},
+        {"truncated", bytes.substr(0, bytes.size() / 2)},
+        {"one byte short", bytes.substr(0, bytes.size() - 1)},
+        {"trailing content", bytes + "{}"},
+    };
+    for (const auto& [name, input] : cases) {
+        EXPECT_EQ(refusal(input), notABackup) << name;
+    }
+}
+
+TEST(BackupRefusal, a_missing_required_key_is_not_a_backup) {
+    for (const char* key : {"app", "createdAt", "items", "version"}) {
+        nlohmann::json file = fullJson();
+        file.erase(key);
+        EXPECT_EQ(refusal(file.dump()), notABackup) << key;
+    }
+    for (const char* key : {"acquisition", "dateAdded", "id", "location", "name", "notes"}) {
+        nlohmann::json file = fullJson();
+        file["items"][1].erase(key);
+        EXPECT_EQ(refusal(file.dump()), notABackup) << "item " << key;
+    }
+    for (const char* key : {"answers", "date", "id", "level", "results"}) {
+        nlohmann::json file = fullJson();
+        file["history"][0].erase(key);
+        EXPECT_EQ(refusal(file.dump()), notABackup) << "history " << key;
+    }
+    for (const char* key : {"confidence", "specimenID"}) {
+        nlohmann::json file = fullJson();
+        file["history"][0]["results"][0].erase(key);
+        EXPECT_EQ(refusal(file.dump()), notABackup) << "result " << key;
+    }
+}
+
+TEST(BackupRefusal, a_value_of_the_wrong_type_is_not_a_backup) {
+    const std::pair<nlohmann::json::json_pointer, nlohmann::json> cases[] = {
+        {"/app"_json_pointer, 1},
+        {"/version"_json_pointer, "2"},
+        {"/version"_json_pointer, true},
+        {"/createdAt"_json_pointer, 0},
+        {"/items"_json_pointer, nlohmann::json::object()},
+        {"/items/0"_json_pointer, "item"},
+        {"/items/0/name"_json_pointer, nullptr},
+        {"/items/0/notes"_json_pointer, nlohmann::json::array()},
+        {"/items/0/confidence"_json_pointer, "high"},
+        {"/items/0/photo"_json_pointer, 12},
+        {"/items/0/specimenID"_json_pointer, false},
+        {"/history"_json_pointer, "none"},
+        {"/history/0/answers/0"_json_pointer, 1},
+        {"/history/0/results/0/confidence"_json_pointer, "0.5"},
+        {"/history/0/results"_json_pointer, nlohmann::json::object()},
+        {"/favorites/0"_json_pointer, nlohmann::json::object()},
+        {"/publisher"_json_pointer, nlohmann::json::array()},
+    };
+    for (const auto& [where, value] : cases) {
+        nlohmann::json file = fullJson();
+        file[where] = value;
+        EXPECT_EQ(refusal(file.dump()), notABackup) << where.to_string();
+    }
+}
+
+TEST(BackupRefusal, an_ill_formed_date_uuid_or_base64_is_not_a_backup) {
+    const std::pair<nlohmann::json::json_pointer, const char*> cases[] = {
+        {"/createdAt"_json_pointer, "2026-10-18T12:00:00.500Z"},
+        {"/createdAt"_json_pointer, "2026-10-18T12:00:00+00:00"},
+        {"/createdAt"_json_pointer, "2026-10-18 12:00:00Z"},
+        {"/createdAt"_json_pointer, "2026-13-01T12:00:00Z"},
+        {"/items/0/dateAdded"_json_pointer, "yesterday"},
+        {"/history/0/date"_json_pointer, "2026-10-18T12:00:00.0Z"},
+        {"/items/0/id"_json_pointer, "7D3C0F7E-3B8C-4D11-9A55"},
+        {"/items/0/id"_json_pointer, "7D3C0F7E3B8C4D119A550C3B6B1C2E10"},
+        {"/history/0/id"_json_pointer, "not-a-uuid-at-all-not-a-uuid-at-all"},
+        {"/items/0/photo"_json_pointer, "AAA"},
+        {"/items/0/photo"_json_pointer, "AA=A"},
+        {"/items/0/photo"_json_pointer, "AAAA\nAAAA"},
+        {"/history/0/photo"_json_pointer, "AA-_"},
+    };
+    for (const auto& [where, value] : cases) {
+        nlohmann::json file = fullJson();
+        file[where] = value;
+        EXPECT_EQ(refusal(file.dump()), notABackup) << where.to_string() << " = " << value;
+    }
+}
+
+TEST(BackupRefusal, a_key_given_twice_is_not_a_backup) {
+    std::string bytes = BackupCodec::encode(test::fullArchive());
+    std::string twice = bytes.substr(0, bytes.size() - 1) + ",\"version\":2}";
+    EXPECT_EQ(refusal(twice), notABackup);
+}
+
+TEST(BackupRefusal, the_app_mark_is_compared_exactly) {
+    for (const char* app : {"quarrydex", "Quarrydex ", "", "Other"}) {
+        nlohmann::json file = fullJson();
+        file["app"] = app;
+        EXPECT_EQ(refusal(file.dump()), notABackup) << app;
+    }
+}
+
+TEST(BackupRefusal, a_version_that_is_not_a_64_bit_integer_is_not_a_backup) {
+    const char* base =
+        R"({"app":"Quarrydex","createdAt":"2026-10-18T12:00:00Z","items":[],"version":)";
+    for (const char* version : {"1e300", "99999999999999999999", "-99999999999999999999",
+                                "9223372036854775808", "2.5", "1e400"}) {
+        EXPECT_EQ(refusal(std::string(base) + version + "}"), notABackup) << version;
+    }
+}
+
+TEST(BackupRefusal, versions_up_to_2_are_read_and_above_2_are_newer) {
+    const char* base =
+        R"({"app":"Quarrydex","createdAt":"2026-10-18T12:00:00Z","items":[],"version":)";
+    for (const char* version : {"2", "1", "0", "-4", "2.0", "-9223372036854775808"}) {
+        EXPECT_EQ(refusal(std::string(base) + version + "}"), "decoded") << version;
+    }
+    auto newer = [&](const char* version) {
+        BackupResult<BackupArchive> decoded =
+            BackupCodec::decode(std::string(base) + version + "}");
+        return decoded ? std::optional<BackupError>() : std::optional(decoded.error());
+    };
+    EXPECT_EQ(newer("3"), BackupError::newerVersion(3));
+    EXPECT_EQ(newer("3.0"), BackupError::newerVersion(3));
+    EXPECT_EQ(newer("9223372036854775807"), BackupError::newerVersion(9223372036854775807));
+    EXPECT_EQ(BackupError::newerVersion(9223372036854775807).description(),
+              "This backup was made by a newer version of Quarrydex (format "
+              "9223372036854775807). Update the app to restore it.");
+}
+
+TEST(BackupRefusal, shape_is_checked_before_the_app_and_the_app_before_the_version) {
+    nlohmann::json newerAndBroken = fullJson();
+    newerAndBroken["version"] = 99;
+    newerAndBroken["items"][1]["id"] = "broken";
+    EXPECT_EQ(refusal(newerAndBroken.dump()), notABackup);
+
+    nlohmann::json newerFromOtherApp = fullJson();
+    newerFromOtherApp["version"] = 99;
+    newerFromOtherApp["app"] = "Other";
+    EXPECT_EQ(refusal(newerFromOtherApp.dump()), notABackup);
+}
+
+TEST(BackupRefusal, unknown_keys_and_null_optional_values_are_accepted) {
+    nlohmann::json file = fullJson();
+    file["comment"] = {{"nested", {1, nullptr, {{"deep", {true, "x"}}}}}};
+    file["items"][0]["colour"] = {"white", "grey"};
+    file["history"][0]["results"][0]["rank"] = 1;
+    file["items"][1]["specimenID"] = nullptr;
+    file["items"][1]["photo"] = nullptr;
+    file["publisher"] = nullptr;
+    BackupResult<BackupArchive> decoded = BackupCodec::decode(file.dump());
+    ASSERT_TRUE(decoded) << decoded.description();
+    EXPECT_FALSE(decoded->publisher);
+    EXPECT_FALSE(decoded->items[1].specimenID);
+    EXPECT_EQ(decoded->items, test::fullArchive().items);
+}
+
+TEST(BackupRefusal, a_file_that_cannot_be_read_is_unreadable_with_the_reason) {
+    TempDir dir;
+    BackupResult<StagedBackup> staged = BackupCodec::decodeFile(dir / "missing.json", dir.path());
+    ASSERT_FALSE(staged);
+    EXPECT_EQ(staged.error(), BackupError::unreadable("No such file or directory"));
+
+    BackupResult<StagedBackup> folder = BackupCodec::decodeFile(dir.path(), dir.path());
+    ASSERT_FALSE(folder);
+    EXPECT_EQ(folder.error().kind(), BackupError::Kind::unreadable);
+}
+
+TEST(BackupRefusal, a_refused_file_leaves_no_staged_photos_behind) {
+    TempDir dir;
+    nlohmann::json file = fullJson();
+    file["version"] = 7; // refused only after every photo was read
+    test::writeFile(dir / "newer.json", file.dump());
+    BackupResult<StagedBackup> staged = BackupCodec::decodeFile(dir / "newer.json", dir.path());
+    ASSERT_FALSE(staged);
+    EXPECT_EQ(staged.error(), BackupError::newerVersion(7));
+    EXPECT_EQ(std::distance(fs::directory_iterator(dir.path()), fs::directory_iterator()), 1);
+}
+
+TEST(BackupRefusal, a_photo_that_cannot_be_staged_makes_the_file_unreadable) {
+    TempDir dir;
+    test::writeFile(dir / "backup.json", BackupCodec::encode(test::fullArchive()));
+    test::writeFile(dir / "not-a-folder", "");
+    // Neither the chosen folder nor the fallback temporary folder can take the photo.
+    std::string saved = std::getenv("TMPDIR") ? std::getenv("TMPDIR") : "";
+    ::setenv("TMPDIR", (dir / "not-a-folder").c_str(), 1);
+    BackupResult<StagedBackup> staged =
+        BackupCodec::decodeFile(dir / "backup.json", dir / "not-a-folder");
+    saved.empty() ? ::unsetenv("TMPDIR") : ::setenv("TMPDIR", saved.c_str(), 1);
+    ASSERT_FALSE(staged);
+    EXPECT_EQ(staged.error(), BackupError::unreadable("Not a directory"));
+}
+
+} // namespace
+} // namespace quarrydex

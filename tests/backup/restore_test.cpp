@@ -1,0 +1,206 @@
+#include "backup/backup_archive.h"
+#include "backup/restore_report.h"
+#include "backup_test_data.h"
+#include "support/temp_dir.h"
+
+#include <gtest/gtest.h>
+
+namespace quarrydex {
+namespace {
+namespace fs = std::filesystem;
+using test::at;
+using test::TempDir;
+
+// What a collection entry looks like once it went through a backup: no photo file name
+// and no sample marks.
+CollectionEntry asRestored(CollectionEntry entry) {
+    entry.photoFile.reset();
+    entry.isSample.reset();
+    entry.sampleID.reset();
+    return entry;
+}
+
+HistoryEntry asRestored(HistoryEntry entry) {
+    entry.photoFile.reset();
+    entry.isSample.reset();
+    return entry;
+}
+
+class Restore : public ::testing::Test {
+protected:
+    Restore() : original(originalDir.path()), restored(restoredDir.path()) {
+        test::fillStore(original);
+    }
+
+    BackupArchive backup() { return BackupCodec::makeArchive(original, true, Timestamp::now()); }
+
+    TempDir originalDir;
+    TempDir restoredDir;
+    StoneStore original;
+    StoneStore restored;
+};
+
+TEST_F(Restore, into_an_empty_store_adds_everything_and_it_survives_a_restart) {
+    // Through the file, as the backup screen does it.
+    std::string bytes = BackupCodec::encode(backup());
+    BackupResult<BackupArchive> decoded = BackupCodec::decode(bytes);
+    ASSERT_TRUE(decoded) << decoded.description();
+    RestoreReport report = BackupCodec::restore(*decoded, restored);
+    EXPECT_EQ(report, (RestoreReport{2, 2, 2, 0}));
+    EXPECT_FALSE(restored.lastError()) << *restored.lastError();
+
+    StoneStore restarted(restoredDir.path());
+    ASSERT_EQ(restarted.collection().size(), 2u);
+    ASSERT_EQ(restarted.history().size(), 2u);
+    for (std::size_t i = 0; i < 2; ++i) {
+        EXPECT_EQ(asRestored(restarted.collection()[i]), asRestored(original.collection()[i]));
+        EXPECT_EQ(restarted.photoData(restarted.collection()[i].photoFile),
+                  original.photoData(original.collection()[i].photoFile));
+        EXPECT_EQ(asRestored(restarted.history()[i]), asRestored(original.history()[i]));
+        EXPECT_EQ(restarted.photoData(restarted.history()[i].photoFile),
+                  original.photoData(original.history()[i].photoFile));
+    }
+    EXPECT_EQ(restarted.favorites(), original.favorites());
+}
+
+TEST_F(Restore, photos_are_stored_under_their_records_own_id) {
+    (void)BackupCodec::restore(backup(), restored);
+    const CollectionEntry& withPhoto = restored.collection()[1];
+    EXPECT_EQ(withPhoto.photoFile, withPhoto.id.text() + ".jpg");
+    EXPECT_EQ(restored.photoData(withPhoto.photoFile), test::allBytes(2));
+    EXPECT_FALSE(restored.collection()[0].photoFile) << "a record without photo gets none";
+}
+
+TEST_F(Restore, a_restored_sample_piece_comes_back_as_the_users_own) {
+    (void)BackupCodec::restore(backup(), restored);
+    EXPECT_FALSE(restored.hasSamples());
+    EXPECT_EQ(restored.removeSamples(), 0);
+    EXPECT_EQ(restored.collection().size(), 2u);
+    EXPECT_EQ(restored.history().size(), 2u);
+}
+
+TEST_F(Restore, restoring_the_same_backup_twice_adds_nothing) {
+    BackupArchive archive = backup();
+    (void)BackupCodec::restore(archive, restored);
+    RestoreReport again = BackupCodec::restore(archive, restored);
+    EXPECT_EQ(again, (RestoreReport{0, 0, 0, 4}));
+    EXPECT_EQ(again.summary(), "Nothing new to restore \u2014 everything in this backup is "
+                               "already here (4 items checked).");
+    EXPECT_EQ(restored.collection().size(), 2u);
+    EXPECT_EQ(restored.history().size(), 2u);
+    EXPECT_EQ(restored.favorites().size(), 2u);
+}
+
+TEST_F(Restore, a_record_whose_id_is_already_here_is_left_untouched_even_if_it_differs) {
+    BackupArchive archive = backup();
+    (void)BackupCodec::restore(archive, restored);
+    CollectionEntry before = restored.collection()[0];
+    archive.items[0].name = "Renamed in the backup";
+    archive.items.push_back(archive.items[1]);
+    archive.items.back().id = Uuid::random(); // same content, new id: added
+    RestoreReport report = BackupCodec::restore(archive, restored);
+    EXPECT_EQ(report, (RestoreReport{1, 0, 0, 4}));
+    EXPECT_EQ(restored.collection()[0], before);
+    EXPECT_EQ(restored.collection().size(), 3u);
+}
+
+TEST_F(Restore, restored_records_are_sorted_in_among_the_stores_own_newest_first) {
+    restored.add(test::piece("Newest", "2026-10-20T00:00:00Z"));
+    restored.add(test::piece("Oldest", "2020-01-01T00:00:00Z"));
+    (void)BackupCodec::restore(backup(), restored);
+    std::vector<std::string> names;
+    for (const CollectionEntry& e : restored.collection()) {
+        names.push_back(e.name);
+    }
+    EXPECT_EQ(names,
+              (std::vector<std::string>{"Newest", "Creek pebble", "Amethyst geode", "Oldest"}));
+}
+
+TEST_F(Restore, only_new_favorites_are_added_and_counted) {
+    restored.toggleFavorite("gold");
+    BackupArchive archive = backup();
+    archive.favorites->push_back("opal");
+    archive.favorites->push_back("opal");
+    archive.items.clear();
+    archive.history->clear();
+    RestoreReport report = BackupCodec::restore(archive, restored);
+    EXPECT_EQ(report, (RestoreReport{0, 0, 2, 0}));
+    EXPECT_EQ(restored.favorites(), (std::vector<std::string>{"gold", "amethyst", "opal"}));
+}
+
+TEST_F(Restore, an_id_repeated_inside_one_backup_is_added_once) {
+    BackupArchive archive = backup();
+    archive.items.push_back(archive.items[0]);
+    archive.items.back().name = "Second copy";
+    RestoreReport report = BackupCodec::restore(archive, restored);
+    EXPECT_EQ(report.collectionAdded, 2);
+    EXPECT_EQ(report.skippedExisting, 1);
+    EXPECT_EQ(restored.collection()[0].name, "Creek pebble");
+}
+
+TEST_F(Restore, a_photo_that_cannot_be_written_leaves_its_record_without_one) {
+    // A regular file where the photo folder should be: no photo can be written (permission
+    // bits would not stop the tests, which may run as root).
+    fs::remove_all(restored.photosFolder());
+    test::writeFile(restored.photosFolder(), "in the way");
+    RestoreReport report = BackupCodec::restore(backup(), restored);
+    EXPECT_EQ(report, (RestoreReport{2, 2, 2, 0}));
+    ASSERT_TRUE(restored.lastError());
+    EXPECT_TRUE(restored.lastError()->starts_with("Couldn't save the photo: "))
+        << *restored.lastError();
+    for (const CollectionEntry& e : restored.collection()) {
+        EXPECT_FALSE(e.photoFile) << e.name;
+    }
+    for (const HistoryEntry& e : restored.history()) {
+        EXPECT_FALSE(e.photoFile);
+    }
+    StoneStore restarted(restoredDir.path());
+    EXPECT_EQ(restarted.collection().size(), 2u) << "the records were merged and saved";
+}
+
+TEST_F(Restore, a_format_1_backup_restores_its_one_item) {
+    BackupResult<BackupArchive> decoded =
+        BackupCodec::decode(test::readFile(test::fixture("backup/format1.json")));
+    ASSERT_TRUE(decoded) << decoded.description();
+    RestoreReport report = BackupCodec::restore(*decoded, restored);
+    EXPECT_EQ(report.summary(), "Restored 1 collection item(s), 0 history entries and 0 "
+                                "favorite(s). 0 item(s) were already here and were left "
+                                "untouched.");
+    EXPECT_EQ(restored.collection()[0].name, "Old quartz");
+}
+
+TEST_F(Restore, from_a_file_photos_are_staged_and_nothing_is_left_behind) {
+    TempDir files;
+    test::writeFile(files / "backup.json", BackupCodec::encode(backup()));
+    BackupResult<RestoreReport> report = BackupCodec::restoreFile(files / "backup.json", restored);
+    ASSERT_TRUE(report) << report.description();
+    EXPECT_EQ(*report, (RestoreReport{2, 2, 2, 0}));
+    EXPECT_EQ(restored.photoData(restored.collection()[1].photoFile), test::allBytes(2));
+    EXPECT_EQ(restored.photoData(restored.history()[1].photoFile), "history photo");
+    for (const auto& entry : fs::directory_iterator(restoredDir.path())) {
+        EXPECT_FALSE(entry.path().filename().string().starts_with(".quarrydex-restore-"));
+    }
+}
+
+TEST_F(Restore, a_refused_file_changes_nothing) {
+    restored.toggleFavorite("opal");
+    std::string dataBefore = test::readFile(restoredDir / "quarrydex-data.json");
+    BackupResult<RestoreReport> report =
+        BackupCodec::restoreFile(test::fixture("backup/newer-version.json"), restored);
+    ASSERT_FALSE(report);
+    EXPECT_EQ(report.error(), BackupError::newerVersion(99));
+
+    TempDir files;
+    std::string bytes = BackupCodec::encode(backup());
+    test::writeFile(files / "truncated.json", bytes.substr(0, bytes.size() - 40));
+    report = BackupCodec::restoreFile(files / "truncated.json", restored);
+    ASSERT_FALSE(report);
+    EXPECT_EQ(report.error(), BackupError::notABackup());
+
+    EXPECT_TRUE(restored.collection().empty());
+    EXPECT_TRUE(fs::is_empty(restored.photosFolder()));
+    EXPECT_EQ(test::readFile(restoredDir / "quarrydex-data.json"), dataBefore);
+}
+
+} // namespace
+} // namespace quarrydex
