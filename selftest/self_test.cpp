@@ -1,6 +1,8 @@
 #include "selftest/self_test.h"
 
+#include "backup/backup_archive.h"
 #include "backup/branding.h"
+#include "backup/restore_report.h"
 #include "identify/image_tools.h"
 #include "selftest/library_checks.h"
 #include "store/stone_store.h"
@@ -10,6 +12,7 @@
 #include <cmath>
 #include <cstdio>
 #include <filesystem>
+#include <fstream>
 #include <numeric>
 #include <set>
 
@@ -35,6 +38,11 @@ std::string decimal(double value) {
         text += ".0";
     }
     return text;
+}
+
+std::string readAll(const fs::path& file) {
+    std::ifstream in(file, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(in), {});
 }
 
 std::string megabytes(std::uintmax_t bytes) {
@@ -540,7 +548,128 @@ void SelfTest::samplesSection() {
 
 void SelfTest::backupSection() {
     begin("Backup and restore round-trip");
-    // Filled in with the backup codec.
+    ScratchFolder folder("quarrydex-selftest-");
+    const fs::path root = folder.path() / "Device";
+    const fs::path drive = folder.path() / "FlashDrive" / "Quarrydex Backups";
+    StoneStore store(root);
+
+    auto photo = [](RGB color) {
+        auto image = ImageTools::demoStone(color, 120);
+        return image ? ImageTools::jpegData(*image, 0.8).value_or("") : std::string();
+    };
+    CollectionEntry bought;
+    bought.specimenID = "quartz";
+    bought.name = "Clear quartz point";
+    bought.acquisition = "bought";
+    bought.location = "Tucson, Arizona";
+    bought.notes = "Comma, \"quote\"";
+    bought.confidence = 0.82;
+    bought.photoFile = store.storePhoto(photo({0.9, 0.9, 0.88}), bought.id);
+    CollectionEntry found;
+    found.specimenID = "calcite";
+    found.name = "Creek calcite";
+    found.location = "Mill Creek";
+    found.notes = "Found by the creek\nsecond line";
+    found.photoFile = store.storePhoto(photo({0.85, 0.8, 0.6}), found.id);
+    store.add(found);
+    store.add(bought);
+    HistoryEntry withPhoto;
+    withPhoto.answers = {"Photo color", "Color: White or colorless"};
+    withPhoto.results = {{"quartz", 0.61}, {"calcite", 0.2}};
+    withPhoto.level = "possible";
+    withPhoto.photoFile = bought.photoFile; // an identification saved to the collection
+    HistoryEntry answersOnly;
+    answersOnly.answers = {"Vinegar: It fizzes or bubbles"};
+    answersOnly.results = {{"calcite", 0.4}};
+    answersOnly.level = "possible";
+    store.addHistory(answersOnly);
+    store.addHistory(withPhoto);
+    store.toggleFavorite("quartz");
+    store.toggleFavorite("galena");
+
+    {
+        StoneStore reopened(root);
+        check(reopened.collection() == store.collection() &&
+                  reopened.history() == store.history() &&
+                  reopened.favorites() == store.favorites() && store.collection().size() == 2,
+              "collection, history and favorites survive an app restart");
+    }
+
+    auto written = BackupCodec::writeBackup(store, drive, Timestamp::now());
+    if (!written) {
+        check(false, "backup write/restore", [&] { return " \u2014 " + written.error(); });
+        return;
+    }
+    check(fs::is_regular_file(*written) && written->parent_path() == drive,
+          "backup file is written to the chosen folder");
+    auto archive = BackupCodec::decode(readAll(*written));
+    check(archive && archive->version == 2 && archive->publisher == std::string(Branding::company),
+          "backup is tagged with format version and publisher");
+
+    StoneStore restored(folder.path() / "NewDevice");
+    auto report = BackupCodec::restoreFile(*written, restored);
+    if (!report) {
+        check(false, "backup write/restore", [&] { return " \u2014 " + report.description(); });
+        return;
+    }
+    check(report->collectionAdded == 2 && report->historyAdded == 2 &&
+              report->favoritesAdded == 2 && report->skippedExisting == 0,
+          "restore into an empty device adds everything");
+    bool sameFields = restored.collection().size() == store.collection().size();
+    bool samePhotos = sameFields;
+    for (std::size_t i = 0; sameFields && i < store.collection().size(); ++i) {
+        const auto &a = store.collection()[i], &b = restored.collection()[i];
+        sameFields = a.id == b.id && a.specimenID == b.specimenID && a.name == b.name &&
+                     std::floor(a.dateAdded.sinceReference) == b.dateAdded.sinceReference &&
+                     a.acquisition == b.acquisition && a.location == b.location &&
+                     a.notes == b.notes && a.confidence == b.confidence;
+        samePhotos = samePhotos && store.photoData(a.photoFile) &&
+                     store.photoData(a.photoFile) == restored.photoData(b.photoFile);
+    }
+    check(sameFields, "restored collection matches the original field-for-field");
+    check(samePhotos, "photos come back byte-for-byte");
+    check(restored.favorites() == store.favorites(), "favorites restored");
+    auto again = BackupCodec::restoreFile(*written, restored);
+    check(again && again->collectionAdded + again->historyAdded + again->favoritesAdded == 0 &&
+              again->skippedExisting == 4 && restored.collection().size() == 2,
+          "restoring the same backup twice adds nothing (additive, no duplicates)");
+
+    const std::string format1 =
+        "{\"app\":\"Quarrydex\",\"createdAt\":\"2026-10-18T12:00:00Z\",\"items\":[{\"acquisition\":"
+        "\"found\",\"dateAdded\":\"2026-10-18T11:00:00Z\",\"id\":\"7D3C0F7E-3B8C-4D11-9A55-"
+        "0C3B6B1C2E10\",\"location\":\"Palisade\",\"name\":\"Old quartz\",\"notes\":\"\"}],"
+        "\"version\":1}";
+    const std::string newer = "{\"app\":\"Quarrydex\",\"createdAt\":\"2026-10-18T12:00:00Z\","
+                              "\"items\":[],\"version\":99}";
+    const std::string other =
+        "{\"app\":\"Other\",\"createdAt\":\"2026-10-18T12:00:00Z\",\"items\":[],\"version\":1}";
+    auto old = BackupCodec::decode(format1);
+    if (!old) {
+        check(false, "Quarrydex 0.1 (format 1) backups restore",
+              [] { return " \u2014 decode failed"; });
+    } else {
+        RestoreReport r = BackupCodec::restore(*old, restored);
+        check(r.collectionAdded == 1 && !old->history && !old->favorites &&
+                  restored.collection().size() == 3,
+              "Quarrydex 0.1 (format 1) backups restore");
+    }
+    std::string noise(512, '\0');
+    for (std::size_t i = 0; i < noise.size(); ++i) {
+        noise[i] = static_cast<char>((i * 2654435761u) >> 13);
+    }
+    auto random = BackupCodec::decode(noise);
+    check(!random && random.error().kind() == BackupError::Kind::notABackup,
+          "a random file is rejected");
+    auto newerResult = BackupCodec::decode(newer);
+    check(!newerResult && newerResult.description() ==
+                              "This backup was made by a newer version of Quarrydex (format 99). "
+                              "Update the app to restore it.",
+          "a backup from a newer version is refused with a clear message");
+    auto otherResult = BackupCodec::decode(other);
+    check(!otherResult && otherResult.description() == "That file isn't a Quarrydex backup.",
+          "another app's JSON is refused");
+    check(BackupCodec::csv(store, library_).find("\"Comma, \"\"quote\"\"\"") != std::string::npos,
+          "CSV export escapes commas and quotes");
 }
 
 } // namespace quarrydex
