@@ -1,0 +1,119 @@
+#include "app/candidate_list_model.h"
+
+#include <QStringList>
+#include <algorithm>
+#include <iterator>
+
+namespace quarrydex {
+
+namespace {
+
+QString qs(std::string_view text) {
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+QStringList stringList(const std::vector<std::string>& lines) {
+    QStringList out;
+    out.reserve(static_cast<qsizetype>(lines.size()));
+    for (const auto& line : lines) {
+        out.append(qs(line));
+    }
+    return out;
+}
+
+} // namespace
+
+CandidateListModel::CandidateListModel(QObject* parent) : QAbstractListModel(parent) {}
+
+int CandidateListModel::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : count();
+}
+
+QVariant CandidateListModel::data(const QModelIndex& index, int role) const {
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid)) {
+        return {};
+    }
+    const Candidate& c = candidates_[static_cast<std::size_t>(index.row())];
+    const Specimen& s = c.specimen;
+    switch (role) {
+    case Qt::DisplayRole:
+    case NameRole:
+        return qs(s.name);
+    case SpecimenIdRole:
+        return qs(s.id);
+    case CategoryRole:
+        return qs(info(s.category).rawValue);
+    case CategoryTitleRole:
+        return qs(info(s.category).singular);
+    case GroupRole:
+        return qs(s.group);
+    case RankRole:
+        return index.row() + 1;
+    case PercentRole:
+        return c.displayPercent();
+    case ConfidenceRole:
+        return c.confidence;
+    case FitsRole:
+        return stringList(c.fits);
+    case MisfitsRole:
+        return stringList(c.misfits);
+    case HardnessTextRole:
+        return qs(s.hardnessText());
+    case LusterRole:
+        return qs(s.luster);
+    case StreakRole:
+        return qs(s.streak);
+    case ColorHexRole:
+        return s.colorHex.empty() ? QString() : qs(s.colorHex.front());
+    default:
+        return {};
+    }
+}
+
+QHash<int, QByteArray> CandidateListModel::roleNames() const {
+    return {
+        {SpecimenIdRole, "specimenId"},
+        {NameRole, "name"},
+        {CategoryRole, "category"},
+        {CategoryTitleRole, "categoryTitle"},
+        {GroupRole, "group"},
+        {RankRole, "rank"},
+        {PercentRole, "percent"},
+        {ConfidenceRole, "confidence"},
+        {FitsRole, "fits"},
+        {MisfitsRole, "misfits"},
+        {HardnessTextRole, "hardnessText"},
+        {LusterRole, "luster"},
+        {StreakRole, "streak"},
+        {ColorHexRole, "colorHex"},
+    };
+}
+
+void CandidateListModel::setCandidates(std::vector<Candidate> candidates) {
+    const int before = count();
+    const int after = static_cast<int>(candidates.size());
+    if (after < before) {
+        beginRemoveRows(QModelIndex(), after, before - 1);
+        candidates_.erase(candidates_.begin() + after, candidates_.end());
+        endRemoveRows();
+    }
+    const int common = std::min(before, after);
+    for (int row = 0; row < common; ++row) {
+        candidates_[static_cast<std::size_t>(row)] =
+            std::move(candidates[static_cast<std::size_t>(row)]);
+    }
+    if (common > 0) {
+        Q_EMIT dataChanged(index(0), index(common - 1));
+    }
+    if (after > before) {
+        beginInsertRows(QModelIndex(), before, after - 1);
+        candidates_.insert(candidates_.end(), std::make_move_iterator(candidates.begin() + before),
+                           std::make_move_iterator(candidates.end()));
+        endInsertRows();
+    }
+    if (after != before) {
+        Q_EMIT countChanged();
+    }
+}
+
+} // namespace quarrydex

@@ -1,0 +1,58 @@
+#pragma once
+// The ranked candidates of the last identification as a list for the screens, one row per
+// candidate, best first. Rows carry everything a result card shows, ready to display.
+//
+// Owned by the application model, which replaces the rows after every run. Main thread only.
+
+#include "identify/matcher.h"
+
+#include <QAbstractListModel>
+#include <vector>
+
+namespace quarrydex {
+
+class CandidateListModel : public QAbstractListModel {
+    Q_OBJECT
+    Q_PROPERTY(int count READ count NOTIFY countChanged)
+
+public:
+    enum Role {
+        SpecimenIdRole = Qt::UserRole + 1,
+        NameRole,
+        CategoryRole,      // raw value, e.g. "mineral"
+        CategoryTitleRole, // singular title, e.g. "Mineral"
+        GroupRole,
+        RankRole, // 1 for the best candidate
+        PercentRole,
+        ConfidenceRole, // the share of belief, 0...1
+        FitsRole,       // QStringList
+        MisfitsRole,    // QStringList
+        HardnessTextRole,
+        LusterRole,
+        StreakRole,
+        ColorHexRole, // the species' first reference colour, "" when it has none
+    };
+    Q_ENUM(Role)
+
+    explicit CandidateListModel(QObject* parent = nullptr);
+
+    int rowCount(const QModelIndex& parent = QModelIndex()) const override;
+    QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
+    QHash<int, QByteArray> roleNames() const override;
+
+    int count() const { return static_cast<int>(candidates_.size()); }
+    const std::vector<Candidate>& candidates() const { return candidates_; }
+
+    // Replaces the rows: rows present before and after are updated in place (dataChanged),
+    // the rest are inserted or removed, so views keep their position across re-runs.
+    void setCandidates(std::vector<Candidate> candidates);
+    void clear() { setCandidates({}); }
+
+Q_SIGNALS:
+    void countChanged();
+
+private:
+    std::vector<Candidate> candidates_;
+};
+
+} // namespace quarrydex

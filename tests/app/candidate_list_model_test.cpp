@@ -1,0 +1,133 @@
+// The candidate list: its roles, and the row changes views see as results come and go,
+// checked by QAbstractItemModelTester in fatal mode.
+
+#include "app/app_model.h"
+#include "samples/sample_set.h"
+#include "support/specimens.h"
+
+#include <QAbstractItemModelTester>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <memory>
+
+using namespace quarrydex;
+using Tester = QAbstractItemModelTester;
+
+namespace {
+
+std::vector<Candidate> candidates(int count) {
+    std::vector<Candidate> out;
+    for (int i = 0; i < count; ++i) {
+        const std::string id = "c" + std::to_string(i);
+        out.push_back({test::makeSpecimen(id, "Species " + id), 0.5 / (i + 1), {}, {}});
+    }
+    return out;
+}
+
+QVariant roleOf(const CandidateListModel& model, int row, const QByteArray& name) {
+    const int role = model.roleNames().key(name);
+    return role > Qt::UserRole ? model.data(model.index(row), role) : QVariant();
+}
+
+} // namespace
+
+class CandidateListModelTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void rows_carry_what_a_result_card_shows() {
+        CandidateListModel model;
+        Tester tester(&model, Tester::FailureReportingMode::Fatal);
+        QCOMPARE(model.roleNames().value(Qt::UserRole + 1), QByteArray("specimenId"));
+        auto rows = candidates(2);
+        Specimen& s = rows[0].specimen;
+        s.category = SpecimenCategory::gemstone;
+        s.hardnessMin = 6.5;
+        s.hardnessMax = 7;
+        s.colorHex = {"#7B3FA0", "#9A5CC6"};
+        rows[0].confidence = 0.99;
+        rows[0].fits = {"Color: Purple or violet", "Vinegar: No fizzing"};
+        rows[0].misfits = {"Magnet: A magnet sticks or pulls"};
+        rows[1].specimen.colorHex.clear();
+        model.setCandidates(rows);
+
+        QCOMPARE(model.rowCount(), 2);
+        QCOMPARE(roleOf(model, 0, "specimenId").toString(), QStringLiteral("c0"));
+        QCOMPARE(roleOf(model, 0, "name").toString(), QStringLiteral("Species c0"));
+        QCOMPARE(roleOf(model, 0, "category").toString(), QStringLiteral("gemstone"));
+        QCOMPARE(roleOf(model, 0, "categoryTitle").toString(), QStringLiteral("Gemstone"));
+        QCOMPARE(roleOf(model, 0, "group").toString(), QStringLiteral("Test group"));
+        QCOMPARE(roleOf(model, 1, "rank").toInt(), 2);
+        QCOMPARE(roleOf(model, 0, "percent").toInt(), 95); // never shown above 95
+        QCOMPARE(roleOf(model, 1, "percent").toInt(), 25);
+        QCOMPARE(roleOf(model, 0, "confidence").toDouble(), 0.99);
+        QCOMPARE(roleOf(model, 0, "fits").toStringList().size(), 2);
+        QCOMPARE(roleOf(model, 0, "misfits").toStringList(),
+                 QStringList{"Magnet: A magnet sticks or pulls"});
+        QCOMPARE(roleOf(model, 0, "hardnessText").toString(), QStringLiteral(u"6.5\u20137 Mohs"));
+        QCOMPARE(roleOf(model, 0, "luster").toString() + roleOf(model, 0, "streak").toString(),
+                 QStringLiteral("VitreousWhite"));
+        QCOMPARE(roleOf(model, 0, "colorHex").toString(), QStringLiteral("#7B3FA0"));
+        QCOMPARE(roleOf(model, 1, "colorHex").toString(), QString());
+    }
+
+    void growing_reranking_and_shrinking_are_announced_row_by_row() {
+        CandidateListModel model;
+        Tester tester(&model, Tester::FailureReportingMode::Fatal);
+        QSignalSpy inserted(&model, &QAbstractItemModel::rowsInserted);
+        QSignalSpy removed(&model, &QAbstractItemModel::rowsRemoved);
+        QSignalSpy changed(&model, &QAbstractItemModel::dataChanged);
+        QSignalSpy count(&model, &CandidateListModel::countChanged);
+
+        model.setCandidates(candidates(3));
+        QCOMPARE(inserted.count(), 1);
+        QCOMPARE(changed.count(), 0);
+
+        auto reranked = candidates(3);
+        std::swap(reranked[0], reranked[2]);
+        model.setCandidates(reranked);
+        QCOMPARE(changed.count(), 1);
+        QCOMPARE(changed.last().at(1).toModelIndex().row(), 2);
+        QCOMPARE(roleOf(model, 0, "specimenId").toString(), QStringLiteral("c2"));
+        QCOMPARE(count.count(), 1);
+
+        model.setCandidates(candidates(8));
+        QCOMPARE(inserted.last().at(1).toInt(), 3);
+        QCOMPARE(inserted.last().at(2).toInt(), 7);
+
+        model.setCandidates(candidates(2));
+        QCOMPARE(removed.last().at(1).toInt(), 2);
+        QCOMPARE(removed.last().at(2).toInt(), 7);
+        model.clear();
+        model.clear(); // already empty: nothing to announce
+        QCOMPARE(model.rowCount(), 0);
+        QCOMPARE(removed.count(), 2);
+        QCOMPARE(count.count(), 4);
+    }
+
+    void the_application_models_rows_follow_runs_and_new_sessions() {
+        std::vector<Specimen> list;
+        for (int i = 0; i < 10; ++i) {
+            list.push_back(test::makeSpecimen("s" + std::to_string(i), "S" + std::to_string(i)));
+        }
+        list[4].colors = {"purple"};
+        QTemporaryDir dir;
+        AppModel model(std::make_shared<const SpecimenLibrary>(list), dir.path().toStdString(),
+                       std::nullopt);
+        CandidateListModel* rows = model.candidates();
+        QCOMPARE(model.property("candidates").value<CandidateListModel*>(), rows);
+        Tester tester(rows, Tester::FailureReportingMode::Fatal);
+        QVERIFY(model.setAnswer("color", "purple"));
+        model.run();
+        QCOMPARE(rows->rowCount(), 8);
+        QCOMPARE(roleOf(*rows, 0, "specimenId").toString(), QStringLiteral("s4"));
+        QVERIFY(model.setAnswer("color", "white"));
+        QVERIFY(roleOf(*rows, 0, "specimenId").toString() != QStringLiteral("s4"));
+        model.startOver();
+        QCOMPARE(rows->rowCount(), 0);
+    }
+};
+
+QTEST_GUILESS_MAIN(CandidateListModelTest)
+#include "candidate_list_model_test.moc"
