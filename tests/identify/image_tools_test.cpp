@@ -182,3 +182,28 @@ TEST(DemoStone, its_centre_reads_back_as_the_stone_colour) {
         EXPECT_LT(corner.r + corner.g + corner.b, 0.6);
     }
 }
+
+TEST(Decoding, heif_photos_decode_from_the_primary_image) {
+    VImage image = halves(64, 32, {230, 20, 20}, {20, 20, 230});
+    std::string heif;
+    try {
+        VipsBlob* blob = image.heifsave_buffer(
+            VImage::option()->set("compression", VIPS_FOREIGN_HEIF_COMPRESSION_AV1)->set("Q", 90));
+        std::size_t n = 0;
+        const void* data = vips_blob_get(blob, &n);
+        heif.assign(static_cast<const char*>(data), n);
+        vips_area_unref(VIPS_AREA(blob));
+    } catch (const vips::VError&) {
+        GTEST_SKIP() << "this libheif has no encoder to make a test file";
+    }
+    auto decoded = ImageTools::decode(heif, 1600);
+    ASSERT_TRUE(decoded);
+    EXPECT_EQ(decoded->width(), 64);
+    EXPECT_EQ(decoded->height(), 32);
+    EXPECT_GT(decoded->pixel(8, 16).r, 0.7);
+    EXPECT_GT(decoded->pixel(56, 16).b, 0.7);
+    auto small = ImageTools::decode(heif, 16);
+    ASSERT_TRUE(small);
+    EXPECT_EQ(small->width(), 16);
+    EXPECT_FALSE(ImageTools::decode(heif.substr(0, heif.size() / 2), 1600));
+}
