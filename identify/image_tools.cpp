@@ -40,6 +40,15 @@ VImage fromRGBA(std::vector<unsigned char>& rgba, int width, int height) {
     return VImage(image).copy(VImage::option()->set("interpretation", VIPS_INTERPRETATION_sRGB));
 }
 
+// Scales down (never up) so the longest side is at most maxPixel.
+VImage fitWithin(const VImage& image, int maxPixel) {
+    const int longest = std::max(image.width(), image.height());
+    if (longest <= maxPixel) {
+        return image;
+    }
+    return image.resize(static_cast<double>(maxPixel) / longest);
+}
+
 unsigned char channel(double c) {
     return static_cast<unsigned char>(std::clamp(std::lround(c * 255.0), 0L, 255L));
 }
@@ -83,28 +92,39 @@ std::optional<Image> ImageTools::decode(std::string_view data, int maxPixel) {
             return std::nullopt;
         }
         VImage image;
-        if (loader.find("Heif") != std::string_view::npos) {
+        if (loader.find("Jpeg") != std::string_view::npos) {
+            // libjpeg scales by 1/2, 1/4 or 1/8 while decoding, far cheaper than decoding
+            // every pixel: take the largest factor that still leaves at least maxPixel.
+            const int longest = std::max(header.width(), header.height());
+            int shrink = 1;
+            while (shrink < 8 && longest / (shrink * 2) >= maxPixel) {
+                shrink *= 2;
+            }
+            image = VImage::new_from_buffer(
+                data.data(), data.size(), "",
+                VImage::option()->set("shrink", shrink)->set("fail_on", VIPS_FAIL_ON_TRUNCATED));
+            image = fitWithin(image.autorot(), maxPixel).copy_memory();
+        } else if (loader.find("Heif") != std::string_view::npos) {
             // The thumbnailer may pick a HEIC file's embedded preview; load the primary
             // image itself and scale it down.
             VImage full = VImage::new_from_buffer(
                 data.data(), data.size(), "",
                 VImage::option()->set("thumbnail", false)->set("fail_on", VIPS_FAIL_ON_TRUNCATED));
-            image = full.autorot().thumbnail_image(
-                maxPixel, VImage::option()->set("height", maxPixel)->set("size", VIPS_SIZE_DOWN));
+            image = fitWithin(full.autorot(), maxPixel).copy_memory();
         } else {
             VipsBlob* blob = vips_blob_new(nullptr, data.data(), data.size());
             try {
-                // Shrink-on-load for JPEG, orientation applied, never upscaled.
+                // Shrink-on-load where the format has it, orientation applied, never upscaled.
                 image = VImage::thumbnail_buffer(blob, maxPixel,
                                                  VImage::option()
                                                      ->set("height", maxPixel)
                                                      ->set("size", VIPS_SIZE_DOWN)
                                                      ->set("option_string", "fail_on=truncated"));
+                image = image.copy_memory(); // decode now, while the blob is alive
             } catch (...) {
                 vips_area_unref(VIPS_AREA(blob));
                 throw;
             }
-            image = image.copy_memory(); // decode now, while the blob is alive
             vips_area_unref(VIPS_AREA(blob));
         }
         image = toSRGB8(image).copy_memory();
