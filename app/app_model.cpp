@@ -133,6 +133,11 @@ QString AppModel::demoDetail() const {
     return demoDetail_ ? qs(*demoDetail_) : QString();
 }
 
+QString AppModel::demoDetailName() const {
+    const Specimen* s = demoDetail_ ? library_->specimen(*demoDetail_) : nullptr;
+    return s ? qs(s->name) : QString();
+}
+
 void AppModel::setDemoDetail(const QString& specimenId) {
     std::optional<std::string> next;
     if (const Specimen* s = library_->specimen(utf8(specimenId))) {

@@ -85,6 +85,8 @@ class AppModel : public QObject {
     Q_PROPERTY(bool hasSamples READ hasSamples NOTIFY hasSamplesChanged)
     // Id of a library species whose detail is shown over the section; "" is none.
     Q_PROPERTY(QString demoDetail READ demoDetail WRITE setDemoDetail NOTIFY demoDetailChanged)
+    // Name of that species; "" when no detail is shown.
+    Q_PROPERTY(QString demoDetailName READ demoDetailName NOTIFY demoDetailChanged)
     // Why the reference library could not be loaded; "" when it loaded.
     Q_PROPERTY(QString libraryError READ libraryError CONSTANT)
     // The store's last failure (a save or photo write); "" is none. See clearStoreError().
@@ -155,6 +157,7 @@ public:
     bool hasSampleSet() const { return samples_ != nullptr; }
     bool hasSamples() const { return hasSamples_; }
     QString demoDetail() const;
+    QString demoDetailName() const;
     // Unknown ids show no detail.
     void setDemoDetail(const QString& specimenId);
     QString libraryError() const;

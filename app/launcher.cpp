@@ -29,9 +29,12 @@ int Launcher::runSelfTest() {
     return test.failed() > 0 ? 1 : 0;
 }
 
-int Launcher::run() const {
+int Launcher::run(WindowedStart startWindow) const {
     if (has("--selftest")) {
         return runSelfTest();
+    }
+    if (startWindow) {
+        return startWindow(*this);
     }
     std::cerr << "The Quarrydex window is not available in this build. Run with --selftest to "
                  "check the library, the identifier, backups and the sample collection.\n";

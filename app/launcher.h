@@ -20,9 +20,13 @@ public:
 
     const std::vector<std::string>& arguments() const { return arguments_; }
 
+    // Starts the windowed program and returns its exit status. Kept out of this library so
+    // that the command-line rules and the self-test never link a window system.
+    using WindowedStart = int (*)(const Launcher& launcher);
+
     // The process entry: "--selftest" anywhere prints the self-test report and returns 1
-    // if a check failed, else 0. Otherwise starts the program.
-    int run() const;
+    // if a check failed, else 0. Otherwise starts the program through `startWindow`.
+    int run(WindowedStart startWindow = nullptr) const;
     // Loads the bundled library and samples, runs every check and prints the report
     // followed by one newline; the exit status is 1 if any check failed.
     static int runSelfTest();

@@ -1,0 +1,80 @@
+import QtQuick
+import QtQuick.Layouts
+import Quarrydex
+
+// One section in the sidebar: its symbol and title, and above the first row of a group the
+// group's title.
+Item {
+    id: row
+
+    required property var modelData
+    required property int index
+    property bool firstOfGroup: false
+    property bool selected: false
+
+    signal activated()
+
+    objectName: "sidebarRow_" + modelData.raw
+    implicitHeight: (firstOfGroup ? header.implicitHeight : 0) + Theme.rowHeight
+    implicitWidth: Theme.sidebarWidth
+
+    Text {
+        id: header
+        visible: row.firstOfGroup
+        anchors.left: parent.left
+        anchors.leftMargin: Theme.spacingLarge
+        anchors.top: parent.top
+        topPadding: row.index === 0 ? Theme.spacingSmall : Theme.spacingLarge
+        bottomPadding: Theme.spacingSmall
+        text: row.modelData.group
+        color: Theme.textMuted
+        font.pixelSize: Theme.fontCaption
+        font.weight: Font.DemiBold
+    }
+
+    Rectangle {
+        id: plate
+        objectName: "sidebarRowPlate"
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.bottom: parent.bottom
+        anchors.leftMargin: Theme.spacing
+        anchors.rightMargin: Theme.spacing
+        height: Theme.rowHeight
+        radius: Theme.spacing
+        color: row.selected ? Theme.selection : mouse.containsMouse ? Theme.hover : Theme.clear
+
+        RowLayout {
+            anchors.fill: parent
+            anchors.leftMargin: Theme.spacing
+            anchors.rightMargin: Theme.spacing
+            spacing: Theme.spacing
+
+            SymbolIcon {
+                symbol: row.modelData.symbol
+                size: Theme.iconSize
+                color: row.selected ? Theme.accent : Theme.textMuted
+                Layout.preferredWidth: Theme.iconSize + Theme.spacingSmall
+            }
+            Text {
+                text: row.modelData.title
+                color: Theme.text
+                font.pixelSize: Theme.fontBody
+                font.weight: row.selected ? Font.DemiBold : Font.Normal
+                elide: Text.ElideRight
+                Layout.fillWidth: true
+            }
+        }
+
+        MouseArea {
+            id: mouse
+            anchors.fill: parent
+            hoverEnabled: true
+            onClicked: row.activated()
+        }
+    }
+
+    Accessible.role: Accessible.ListItem
+    Accessible.name: modelData.title
+    Accessible.selected: selected
+}

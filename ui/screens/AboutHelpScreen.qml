@@ -1,0 +1,145 @@
+import QtQuick
+import QtQuick.Controls
+import QtQuick.Layouts
+import Quarrydex
+
+// About & Help: who makes the program, its version, and the help chapters.
+Flickable {
+    id: screen
+
+    signal aboutRequested()
+
+    objectName: "screen_about"
+    clip: true
+    contentHeight: content.implicitHeight + 2 * Theme.margin
+    boundsBehavior: Flickable.StopAtBounds
+    ScrollBar.vertical: ScrollBar {
+        policy: screen.contentHeight > screen.height ? ScrollBar.AlwaysOn : ScrollBar.AsNeeded
+    }
+
+    ColumnLayout {
+        id: content
+        x: Theme.margin
+        y: Theme.margin
+        width: Math.min(screen.width - 2 * Theme.margin, Theme.readingWidth)
+        spacing: Theme.spacingLarge
+
+        Text {
+            objectName: "screenTitle"
+            text: qsTr("About & Help")
+            color: Theme.text
+            font.pixelSize: Theme.fontLargeTitle
+            font.weight: Font.DemiBold
+        }
+
+        VxPanel {
+            radius: Theme.corner
+            padding: Theme.margin
+            Layout.fillWidth: true
+            implicitHeight: header.implicitHeight + 2 * padding
+
+            RowLayout {
+                id: header
+                width: parent.width
+                spacing: Theme.margin
+
+                Image {
+                    source: "qrc:/Quarrydex/resources/quarrydex.svg"
+                    sourceSize.width: Theme.iconLarge * 3
+                    sourceSize.height: Theme.iconLarge * 3
+                    Layout.alignment: Qt.AlignTop
+                    Accessible.ignored: true
+                }
+                ColumnLayout {
+                    spacing: Theme.spacingSmall
+                    Layout.fillWidth: true
+
+                    Text {
+                        text: Branding.displayName
+                        color: Theme.text
+                        font.pixelSize: Theme.fontTitle
+                        font.weight: Font.Bold
+                    }
+                    Text {
+                        objectName: "aboutScreenVersion"
+                        text: qsTr("Version %1 (build %2)").arg(Branding.version).arg(Branding.build)
+                        color: Theme.textMuted
+                        font.pixelSize: Theme.fontCaption
+                    }
+                    Text {
+                        text: Branding.tagline
+                        color: Theme.text
+                        font.pixelSize: Theme.fontBody
+                        wrapMode: Text.WordWrap
+                        Layout.fillWidth: true
+                        Layout.topMargin: Theme.spacingSmall
+                    }
+                    Text {
+                        text: qsTr("Designed and published by %1. Everything runs on this computer; nothing is sent anywhere.").arg(Branding.company)
+                        color: Theme.textMuted
+                        font.pixelSize: Theme.fontBody
+                        wrapMode: Text.WordWrap
+                        Layout.fillWidth: true
+                    }
+                    LinkText {
+                        text: Branding.websiteText
+                        url: Branding.website
+                        font.pixelSize: Theme.fontBody
+                    }
+                    RowLayout {
+                        spacing: Theme.spacing
+                        Layout.topMargin: Theme.spacing
+                        VxChromeButton {
+                            text: qsTr("Open Help")
+                            prominent: true
+                            glyph: Icons.glyph("questionmark.circle")
+                            glyphFamily: Icons.family
+                            onClicked: QuarrydexHelp.show("welcome")
+                        }
+                        VxChromeButton {
+                            text: qsTr("About %1").arg(Branding.displayName)
+                            glyph: Icons.glyph("info.circle")
+                            glyphFamily: Icons.family
+                            onClicked: screen.aboutRequested()
+                        }
+                    }
+                }
+            }
+        }
+
+        Text {
+            text: qsTr("Help chapters")
+            color: Theme.text
+            font.pixelSize: Theme.fontHeadline
+            font.weight: Font.DemiBold
+            Layout.topMargin: Theme.spacing
+        }
+
+        VxPanel {
+            radius: Theme.corner
+            padding: Theme.spacing
+            Layout.fillWidth: true
+            implicitHeight: chapters.implicitHeight + 2 * padding
+
+            Column {
+                id: chapters
+                width: parent.width
+                Repeater {
+                    model: QuarrydexHelp.chapters
+                    delegate: ChapterRow {
+                        width: chapters.width
+                        showsChevron: true
+                        onActivated: QuarrydexHelp.show(chapterID)
+                    }
+                }
+            }
+        }
+
+        Text {
+            text: Branding.copyright
+            color: Theme.textMuted
+            font.pixelSize: Theme.fontCaption
+            Layout.topMargin: Theme.spacing
+        }
+    }
+}

@@ -1,0 +1,129 @@
+import QtQuick
+import QtQuick.Controls
+import QtQuick.Dialogs
+import QtQuick.Layouts
+import Quarrydex
+
+// The main window: sidebar and detail, the menus, and the windows and dialogs they open.
+// Closing it quits the program.
+ThemedWindow {
+    id: window
+
+    objectName: "mainWindow"
+    title: Branding.displayName
+    width: Theme.windowWidth
+    height: Theme.windowHeight
+    minimumWidth: Theme.minWindowWidth
+    minimumHeight: Theme.minWindowHeight + (menuBar ? menuBar.implicitHeight : 0)
+    visible: true
+
+    readonly property var currentSection: {
+        const raw = AppModel.section === "" ? "identify" : AppModel.section
+        return AppModel.sections.find(s => s.raw === raw)
+    }
+
+    menuBar: AppMenuBar {
+        objectName: "menuBar"
+        onChoosePhotoRequested: photoDialog.open()
+        onAboutRequested: aboutDialog.open()
+    }
+
+    VxZoomHost {
+        id: zoomHost
+        objectName: "zoomHost"
+        anchors.fill: parent
+        minWidth: Theme.minWindowWidth
+        minHeight: Theme.minWindowHeight
+
+        SplitView {
+            anchors.fill: parent
+            orientation: Qt.Horizontal
+
+            handle: Item {
+                implicitWidth: Theme.spacingSmall
+                Rectangle {
+                    anchors.horizontalCenter: parent.horizontalCenter
+                    width: Theme.hairlineWidth
+                    height: parent.height
+                    color: Theme.hairline
+                }
+            }
+
+            Sidebar {
+                objectName: "sidebar"
+                SplitView.minimumWidth: Theme.sidebarMinWidth
+                SplitView.preferredWidth: Theme.sidebarWidth
+            }
+
+            Loader {
+                id: detail
+                objectName: "detail"
+                SplitView.fillWidth: true
+                sourceComponent: AppModel.libraryError !== "" ? libraryProblem
+                               : AppModel.demoDetail !== "" ? demoDetail
+                               : window.currentSection.raw === "about" ? aboutScreen
+                               : placeholder
+            }
+        }
+    }
+
+    Component {
+        id: libraryProblem
+        ProblemNotice {
+            objectName: "libraryProblem"
+            title: qsTr("The stone library couldn't be loaded")
+            message: AppModel.libraryError
+        }
+    }
+    Component {
+        id: demoDetail
+        DemoDetailScreen {
+            name: AppModel.demoDetailName
+        }
+    }
+    Component {
+        id: aboutScreen
+        AboutHelpScreen {
+            onAboutRequested: aboutDialog.open()
+        }
+    }
+    Component {
+        id: placeholder
+        PlaceholderScreen {
+            title: window.currentSection.title
+            symbol: window.currentSection.symbol
+        }
+    }
+
+    HelpWindow {
+        id: helpWindow
+    }
+
+    AboutDialog {
+        id: aboutDialog
+        objectName: "aboutDialog"
+    }
+
+    FileDialog {
+        id: photoDialog
+        title: qsTr("Choose a Photo of Your Specimen")
+        nameFilters: PhotoSources.nameFilters()
+        onAccepted: {
+            AppModel.setPhoto(PhotoSources.readFile(selectedFile))
+            AppModel.section = "identify"
+        }
+    }
+
+    Connections {
+        target: QuarrydexHelp
+        function onShowRequested(index) { helpWindow.openOn(index) }
+    }
+
+    // Ctrl+= is where most keyboards have the plus sign without Shift.
+    Shortcut {
+        sequences: ["Ctrl+="]
+        onActivated: VxZoom.zoomIn()
+    }
+
+    onClosing: Qt.quit()
+}

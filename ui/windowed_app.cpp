@@ -1,0 +1,151 @@
+#include "ui/windowed_app.h"
+
+#include "app/app_model.h"
+#include "ui/help.h"
+#include "ui/icons.h"
+#include "ui/kit/kit_host.h"
+#include "ui/theme.h"
+
+#include <QGuiApplication>
+#include <QIcon>
+#include <QQmlApplicationEngine>
+#include <QQuickStyle>
+#include <QtQml/qqml.h>
+
+#include <cstdlib>
+#include <iostream>
+#include <memory>
+
+namespace quarrydex::ui {
+
+namespace {
+
+constexpr const char* applicationID = "example.fernwick.Quarrydex";
+
+bool startsWith(const std::string& text, std::string_view prefix) {
+    return text.compare(0, prefix.size(), prefix) == 0;
+}
+
+std::string requestedPlatform(const Launcher& launcher) {
+    if (auto platform = launcher.argument("-platform")) {
+        return *platform;
+    }
+    const char* env = std::getenv("QT_QPA_PLATFORM");
+    return env ? env : "";
+}
+
+} // namespace
+
+std::optional<std::string>
+missingDisplayMessage(const std::string& platform,
+                      const std::function<std::string(const char*)>& env) {
+    // "wayland;xcb" means: try Wayland, then X11. Only the window systems need a display;
+    // offscreen, vnc, eglfs and the like do not.
+    bool wantsWayland = platform.empty() || startsWith(platform, "wayland");
+    bool wantsX11 = platform.empty() || startsWith(platform, "xcb") ||
+                    platform.find(";xcb") != std::string::npos;
+    if (!wantsWayland && !wantsX11) {
+        return std::nullopt;
+    }
+    if ((wantsX11 && !env("DISPLAY").empty()) ||
+        (wantsWayland && !env("WAYLAND_DISPLAY").empty())) {
+        return std::nullopt;
+    }
+    return std::string(
+        "Quarrydex couldn't open its window: there is no display (neither DISPLAY nor "
+        "WAYLAND_DISPLAY is set). Start it from a desktop session, or run \"quarrydex "
+        "--selftest\" to check the library, the identifier, backups and the sample collection "
+        "without a window.");
+}
+
+std::filesystem::path dataRoot(const Launcher& launcher) {
+    if (auto root = launcher.argument("--data-root")) {
+        std::error_code error;
+        std::filesystem::path absolute = std::filesystem::absolute(*root, error);
+        return error ? std::filesystem::path(*root) : absolute;
+    }
+    return StoneStore::defaultRoot();
+}
+
+void describeApplication() {
+    QGuiApplication::setOrganizationName(QStringLiteral("Fernwick"));
+    QGuiApplication::setApplicationName(QStringLiteral("Quarrydex"));
+    QGuiApplication::setApplicationDisplayName(QStringLiteral("Orlo Quarrydex"));
+    QGuiApplication::setDesktopFileName(QString::fromUtf8(applicationID));
+}
+
+void installKit() {
+    Icons::loadFont();
+    // Fusion draws the standard controls (menus, scroll bars, dialogs) from the palette,
+    // which the windows bind to the theme: always dark, whatever the desktop uses.
+    QQuickStyle::setStyle(QStringLiteral("Fusion"));
+
+    Theme* theme = Theme::instance();
+    OrloKitHost* kit = OrloKitHost::instance();
+    kit->setThemeProvider([theme] { return kitThemeFor(*theme); });
+    QObject::connect(theme, &Theme::changed, kit, &OrloKitHost::themeChanged, Qt::UniqueConnection);
+    kit->setHelpHook([](const QString& topic) { QuarrydexHelp::instance()->show(topic); });
+}
+
+void registerModel(AppModel* model) {
+    qmlRegisterSingletonInstance("Quarrydex", 1, 0, "AppModel", model);
+}
+
+void prepareEngine(QQmlEngine& engine) {
+    // Qt 6.4 looks for modules in "qrc:/qt-project.org/imports" but not at the resource root,
+    // where qt_add_qml_module puts this one.
+    engine.addImportPath(QStringLiteral("qrc:/"));
+}
+
+QUrl mainWindowUrl() {
+    return QUrl(QStringLiteral("qrc:/Quarrydex/screens/MainWindow.qml"));
+}
+
+int runWindowedApplication(const Launcher& launcher) {
+    auto env = [](const char* name) {
+        const char* value = std::getenv(name);
+        return std::string(value ? value : "");
+    };
+    if (auto message = missingDisplayMessage(requestedPlatform(launcher), env)) {
+        std::cerr << *message << "\n";
+        return 1;
+    }
+
+    // QGuiApplication keeps references to argc and argv for its whole life.
+    std::vector<std::string> arguments = launcher.arguments();
+    std::vector<char*> argv;
+    for (std::string& argument : arguments) {
+        argv.push_back(argument.data());
+    }
+    argv.push_back(nullptr);
+    int argc = static_cast<int>(arguments.size());
+
+    describeApplication();
+    QGuiApplication app(argc, argv.data());
+    app.setWindowIcon(QIcon(QStringLiteral(":/Quarrydex/resources/quarrydex.svg")));
+    installKit();
+
+    // "--screenshots" is accepted; the tour that uses it is not part of this build yet.
+    auto library = std::make_shared<const SpecimenLibrary>(SpecimenLibrary::bundled());
+    AppModel model(library, dataRoot(launcher));
+    registerModel(&model);
+
+    QQmlApplicationEngine engine;
+    prepareEngine(engine);
+    QObject::connect(
+        &engine, &QQmlApplicationEngine::objectCreated, &app,
+        [](QObject* object, const QUrl&) {
+            if (!object) {
+                QCoreApplication::exit(1);
+            }
+        },
+        Qt::QueuedConnection);
+    engine.load(mainWindowUrl());
+    if (engine.rootObjects().isEmpty()) {
+        std::cerr << "Quarrydex couldn't load its main window.\n";
+        return 1;
+    }
+    return app.exec();
+}
+
+} // namespace quarrydex::ui
