@@ -1,5 +1,6 @@
 #include "app/launcher.h"
 
+#include "identify/image_tools.h"
 #include "samples/sample_set.h"
 #include "selftest/self_test.h"
 
@@ -26,6 +27,7 @@ int Launcher::runSelfTest() {
     SpecimenLibrary library = SpecimenLibrary::bundled();
     SelfTest test(library, SampleSet::bundled());
     std::cout << test.runAll() << "\n" << std::flush;
+    ImageTools::shutdown();
     return test.failed() > 0 ? 1 : 0;
 }
 

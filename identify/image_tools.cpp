@@ -70,6 +70,12 @@ bool ImageTools::initialize() {
     return ready;
 }
 
+void ImageTools::shutdown() {
+    if (initialize()) {
+        vips_shutdown();
+    }
+}
+
 RGB Image::pixel(int x, int y) const {
     std::vector<double> p = pixels_.getpoint(x, y);
     auto at = [&](std::size_t i) { return i < p.size() ? p[i] / 255.0 : p[0] / 255.0; };

@@ -56,6 +56,9 @@ public:
     // Starts libvips once, limited to its trusted loaders and a small operation cache.
     // Called by every operation above; callers never need to.
     static bool initialize();
+    // Stops libvips's worker threads before the process exits; no image operation may
+    // follow. Leaving them running into exit() can crash at shutdown.
+    static void shutdown();
 };
 
 } // namespace quarrydex
