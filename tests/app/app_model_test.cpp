@@ -3,18 +3,19 @@
 #include "app/app_model.h"
 #include "identify/image_tools.h"
 #include "samples/sample_set.h"
+#include "support/sample_files.h"
 #include "support/specimens.h"
+#include "support/temp_dir.h"
 
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QTest>
 #include <filesystem>
-#include <fstream>
 #include <memory>
-#include <nlohmann/json.hpp>
-#include <sstream>
 
 using namespace quarrydex;
+using test::readFile;
+using test::TempDir;
+using test::writeFile;
 namespace fs = std::filesystem;
 
 namespace {
@@ -24,36 +25,14 @@ const QString kBadPhoto =
 const RGB kPurple{0.48, 0.35, 0.66};
 const RGB kGreen{0.2, 0.6, 0.3};
 
-fs::path pathOf(const QTemporaryDir& dir) {
-    return fs::path(dir.path().toStdString());
-}
-
-std::string readFile(const fs::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream out;
-    out << in.rdbuf();
-    return out.str();
-}
-
-void writeFile(const fs::path& path, const std::string& bytes) {
-    std::ofstream(path, std::ios::binary | std::ios::trunc) << bytes;
-}
-
-std::string jpegBytes(const RGB& color, int size) {
-    return ImageTools::jpegData(*ImageTools::solid(color, size), 0.9).value();
-}
-
 QByteArray jpegOf(const RGB& color, int size = 200) {
-    return QByteArray::fromStdString(jpegBytes(color, size));
+    return QByteArray::fromStdString(test::jpegOf(color, size));
 }
 
 // Species "s0", "s1"... that the colour question tells apart: s0 is purple, s1 green, the
 // rest white.
 std::shared_ptr<const SpecimenLibrary> libraryOf(int count) {
-    std::vector<Specimen> list;
-    for (int i = 0; i < count; ++i) {
-        list.push_back(test::makeSpecimen("s" + std::to_string(i), "Species " + std::to_string(i)));
-    }
+    std::vector<Specimen> list = test::numberedSpecimens(count);
     if (count > 1) {
         list[0].colors = {"purple"};
         list[1].colors = {"green"};
@@ -61,53 +40,28 @@ std::shared_ptr<const SpecimenLibrary> libraryOf(int count) {
     return std::make_shared<const SpecimenLibrary>(std::move(list));
 }
 
-// A samples folder with `count` generated photos, the i-th of species "s<i>".
-fs::path makeSamples(const fs::path& folder, int count) {
-    fs::create_directories(folder);
-    nlohmann::json manifest = nlohmann::json::array();
-    for (int i = 0; i < count; ++i) {
-        const std::string id = "sample-" + std::to_string(i);
-        writeFile(folder / (id + ".jpg"), jpegBytes({0.2 * i, 0.5, 0.5}, 64));
-        manifest.push_back({{"id", id},
-                            {"specimenID", "s" + std::to_string(i)},
-                            {"name", id},
-                            {"file", id + ".jpg"},
-                            {"title", "t"},
-                            {"page", "p"},
-                            {"author", "A"},
-                            {"license", "CC0 1.0"},
-                            {"licenseURL", "u"}});
-    }
-    writeFile(folder / "samples.json", manifest.dump());
-    return folder;
-}
-
 struct Fixture {
     explicit Fixture(int species = 3, std::optional<SampleSet> samples = std::nullopt)
-        : model(libraryOf(species), pathOf(dir), std::move(samples)) {}
+        : model(libraryOf(species), dir.path(), std::move(samples)) {}
 
     const std::vector<HistoryEntry>& history() const { return model.store().history(); }
     fs::path photos() const { return model.store().photosFolder(); }
-    std::size_t photoCount() const {
-        std::error_code ec;
-        auto it = fs::directory_iterator(photos(), ec);
-        return ec ? 0 : static_cast<std::size_t>(std::distance(it, fs::directory_iterator()));
-    }
+    std::size_t photoCount() const { return test::namesIn(photos()).size(); }
     QString top() const {
         return model.candidates()
             ->data(model.candidates()->index(0), CandidateListModel::SpecimenIdRole)
             .toString();
     }
 
-    QTemporaryDir dir;
+    TempDir dir;
     AppModel model;
 };
 
 struct SampleFixture {
     SampleFixture()
-        : folder(makeSamples(pathOf(sampleDir) / "Samples", 3)), f(4, SampleSet::open(folder)) {}
+        : folder(test::makeSampleFolder(sampleDir / "Samples", 3)), f(4, SampleSet::open(folder)) {}
 
-    QTemporaryDir sampleDir;
+    TempDir sampleDir;
     fs::path folder;
     Fixture f;
 };
@@ -137,48 +91,31 @@ class AppModelTest : public QObject {
 
 private Q_SLOTS:
     // --- Answers, runs and the session's history entry
-    void starts_empty_and_describes_the_questions() {
-        Fixture f;
-        const AppModel& m = f.model;
-        QCOMPARE(m.section(), QStringLiteral("identify"));
-        QVERIFY(!m.hasPhoto() && !m.canIdentify() && !m.hasRun() && !m.hasResult());
-        QVERIFY(m.photoColor().isEmpty() && m.photoError().isEmpty() && m.answerMap().isEmpty());
-        QVERIFY(!m.showCamera() && !m.hasSampleSet() && !m.hasSamples());
-        const QVariantMap color = m.questions().first().toMap();
-        QCOMPARE(m.questions().size(), 8);
-        QCOMPARE(color.value("raw").toString(), QStringLiteral("color"));
-        QCOMPARE(color.value("options").toList().at(10).toMap(),
-                 (QVariantMap{{"raw", "purple"}, {"title", "Purple or violet"}}));
-    }
-
-    void answers_are_set_by_raw_value_and_unknown_ones_refused() {
+    void answers_are_set_by_raw_value_and_nothing_runs_before_the_first_run() {
         Fixture f;
         AppModel& m = f.model;
+        QCOMPARE(m.section(), QStringLiteral("identify"));
+        QVERIFY(!m.hasPhoto() && !m.canIdentify() && !m.hasRun() && !m.hasResult());
+        QCOMPARE(m.questions().size(), 8);
+
         QSignalSpy changed(&m, &AppModel::answersChanged);
+        QSignalSpy result(&m, &AppModel::resultChanged);
+        QSignalSpy canIdentify(&m, &AppModel::canIdentifyChanged);
         QVERIFY(m.setAnswer("color", "purple"));
         QVERIFY(m.setAnswer("scratch", "scratchesGlass"));
         QVERIFY(!m.setAnswer("colour", "purple"));
         QVERIFY(!m.setAnswer("color", "violet"));
         QCOMPARE(m.answerMap(), (QVariantMap{{"color", "purple"}, {"scratch", "scratchesGlass"}}));
-        QCOMPARE(m.answer("nonsense"), QString());
-        QVERIFY(m.setAnswer("color", ""));
-        QVERIFY(m.setAnswer("color", "")); // already clear: no notice
-        QCOMPARE(m.answer("color"), QString());
-        QCOMPARE(changed.count(), 3);
-    }
-
-    void answering_before_the_first_run_identifies_nothing() {
-        Fixture f;
-        QSignalSpy result(&f.model, &AppModel::resultChanged);
-        QSignalSpy canIdentify(&f.model, &AppModel::canIdentifyChanged);
-        QVERIFY(f.model.setAnswer("color", "purple"));
-        QVERIFY(f.model.setAnswer("magnet", "none"));
-        QVERIFY(f.model.canIdentify());
+        QVERIFY(m.canIdentify());
         QCOMPARE(canIdentify.count(), 1);
-        QVERIFY(!f.model.hasResult() && !f.model.hasRun());
+        QVERIFY(m.setAnswer("scratch", ""));
+        QVERIFY(m.setAnswer("scratch", "")); // already clear: no notice
+        QCOMPARE(m.answer("scratch"), QString());
+        QCOMPARE(changed.count(), 3);
+        QVERIFY(!m.hasResult() && !m.hasRun());
         QCOMPARE(result.count(), 0);
         QVERIFY(f.history().empty());
-        QVERIFY(!fs::exists(pathOf(f.dir) / "quarrydex-data.json"));
+        QVERIFY(!fs::exists(f.dir / "quarrydex-data.json"));
     }
 
     void after_a_run_answer_changes_rewrite_one_entry() {
@@ -188,8 +125,6 @@ private Q_SLOTS:
         QSignalSpy result(&m, &AppModel::resultChanged);
         QSignalSpy hasRun(&m, &AppModel::hasRunChanged);
         m.run();
-        QCOMPARE(result.count(), 1);
-        QCOMPARE(hasRun.count(), 1);
         Answers answers;
         answers.color = ColorFamily::purple;
         const IdentifyResult expected = Matcher().identify({}, answers, m.library().specimens(), 8);
@@ -199,13 +134,9 @@ private Q_SLOTS:
         QCOMPARE(m.suggestedQuestion().toStdString(),
                  std::string(rawValue(*expected.suggestedNext)));
         QCOMPARE(m.evidence(), 1);
-        QVERIFY(!m.usedPhotoColor());
 
         const Uuid id = m.sessionId();
-        QCOMPARE(f.history().size(), 1u);
-        QCOMPARE(f.history().front().id, id);
         QCOMPARE(f.history().front().level, m.levelRaw().toStdString());
-        QVERIFY(!f.history().front().photoFile);
         QCOMPARE(f.history().front().isSample, std::optional<bool>(false));
 
         QVERIFY(m.setAnswer("color", "green"));
@@ -226,26 +157,18 @@ private Q_SLOTS:
         QCOMPARE(store.count(), 0);
     }
 
-    void history_keeps_at_most_five_results_data() {
-        QTest::addColumn<int>("species");
-        QTest::addColumn<int>("candidates");
-        QTest::addColumn<int>("results");
-        QTest::newRow("three") << 3 << 3 << 3;
-        QTest::newRow("eight") << 8 << 8 << 5;
-        QTest::newRow("more than the limit") << 12 << 8 << 5;
-    }
+    // Species, then the candidates shown and the results kept in the history entry.
     void history_keeps_at_most_five_results() {
-        QFETCH(int, species);
-        QFETCH(int, candidates);
-        QFETCH(int, results);
-        Fixture f(species);
-        f.model.run();
-        QCOMPARE(f.model.candidates()->rowCount(), candidates);
-        const auto& stored = f.history().front().results;
-        QCOMPARE(static_cast<int>(stored.size()), results);
-        for (std::size_t i = 0; i < stored.size(); ++i) {
-            QCOMPARE(stored[i].specimenID, f.model.result()->candidates[i].specimen.id);
-            QCOMPARE(stored[i].confidence, f.model.result()->candidates[i].confidence);
+        for (auto [species, candidates, results] : {std::tuple{3, 3, 3}, {8, 8, 5}, {12, 8, 5}}) {
+            Fixture f(species);
+            f.model.run();
+            QCOMPARE(f.model.candidates()->rowCount(), candidates);
+            const auto& stored = f.history().front().results;
+            QCOMPARE(static_cast<int>(stored.size()), results);
+            for (std::size_t i = 0; i < stored.size(); ++i) {
+                QCOMPARE(stored[i].specimenID, f.model.result()->candidates[i].specimen.id);
+                QCOMPARE(stored[i].confidence, f.model.result()->candidates[i].confidence);
+            }
         }
     }
 
@@ -285,21 +208,20 @@ private Q_SLOTS:
     }
 
     void a_restart_over_the_same_data_root_sees_the_history() {
-        QTemporaryDir dir;
+        TempDir dir;
         auto library = libraryOf(3);
         std::optional<HistoryEntry> written;
         {
-            AppModel first(library, pathOf(dir), std::nullopt);
+            AppModel first(library, dir.path(), std::nullopt);
             QVERIFY(first.setPhoto(jpegOf(kPurple)));
             QVERIFY(first.setAnswer("luster", "glassy"));
             first.run();
             written = first.store().history().front();
         }
-        AppModel again(library, pathOf(dir), std::nullopt);
+        AppModel again(library, dir.path(), std::nullopt);
         QCOMPARE(again.store().history().size(), 1u);
         const HistoryEntry& entry = again.store().history().front();
-        QCOMPARE(entry.id, written->id);
-        QCOMPARE(entry.results, written->results);
+        QVERIFY(entry == *written);
         QCOMPARE(entry.answers,
                  (std::vector<std::string>{"Photo color", "Luster: Glassy, like a window"}));
         QVERIFY(again.store().photoData(entry.photoFile));
@@ -311,7 +233,6 @@ private Q_SLOTS:
     void a_bad_photo_keeps_the_previous_one_and_says_so() {
         Fixture f;
         AppModel& m = f.model;
-        QSignalSpy photo(&m, &AppModel::photoDataChanged);
         QVERIFY(m.setPhoto(jpegOf(kPurple)));
         QVERIFY2(distance(m.photoColor(), "#7A5AA8") < 0.03, qPrintable(m.photoColor()));
         m.run();
@@ -327,7 +248,6 @@ private Q_SLOTS:
         QVERIFY(m.photoData() == before);
         QVERIFY(distance(m.photoColor(), "#7A5AA8") < 0.03);
         QCOMPARE(m.photoRevision(), 1);
-        QCOMPARE(photo.count(), 1);
         QCOMPARE(result.count(), 0);
         QVERIFY(f.history().front() == entry);
 
@@ -336,15 +256,13 @@ private Q_SLOTS:
         QCOMPARE(m.photoRevision(), 2);
         QVERIFY(distance(m.photoColor(), "#339A4C") < 0.03);
         QCOMPARE(result.count(), 1);
-    }
 
-    void a_photo_file_is_read_from_a_file_url() {
-        Fixture f;
-        writeFile(pathOf(f.dir) / "stone.jpg", jpegBytes(kGreen, 120));
-        QVERIFY(f.model.setPhotoFromFile(QUrl::fromLocalFile(f.dir.filePath("stone.jpg"))));
-        QVERIFY(!f.model.setPhotoFromFile(QUrl::fromLocalFile(f.dir.filePath("missing.jpg"))));
-        QCOMPARE(f.model.photoError(), kBadPhoto);
-        QCOMPARE(f.model.photoRevision(), 1);
+        writeFile(f.dir / "stone.jpg", test::jpegOf(kPurple, 120)); // from a file URL
+        QVERIFY(m.setPhotoFromFile(
+            QUrl::fromLocalFile(QString::fromStdString((f.dir / "stone.jpg").string()))));
+        QVERIFY(!m.setPhotoFromFile(QUrl::fromLocalFile(QStringLiteral("/no/such/stone.jpg"))));
+        QCOMPARE(m.photoError(), kBadPhoto);
+        QCOMPARE(m.photoRevision(), 3);
     }
 
     void the_session_photo_is_stored_once_at_600_pixels() {
@@ -370,20 +288,13 @@ private Q_SLOTS:
         stored = ImageTools::decode(readFile(f.photos() / name), 4000);
         QVERIFY(stored && stored->width() == 300);
         QCOMPARE(f.photoCount(), 1u);
-    }
 
-    void clearing_the_photo_after_a_run_identifies_from_answers_alone() {
-        Fixture f;
-        AppModel& m = f.model;
-        QVERIFY(m.setPhoto(jpegOf(kPurple)));
-        QVERIFY(m.setAnswer("color", "purple"));
-        m.run();
-        QVERIFY(m.usedPhotoColor());
+        // Clearing it identifies from the answers alone and releases the file.
         m.clearPhoto();
         QVERIFY(!m.hasPhoto() && !m.usedPhotoColor());
-        QCOMPARE(f.history().front().answers, std::vector<std::string>{"Color: Purple or violet"});
+        QCOMPARE(f.history().front().answers, std::vector<std::string>{"Color: Green"});
         QVERIFY(!f.history().front().photoFile);
-        QCOMPARE(f.photoCount(), 0u); // no record uses it any more
+        QCOMPARE(f.photoCount(), 0u);
     }
 
     void a_lost_or_unwritten_session_photo_is_stored_on_the_next_run() {
@@ -413,25 +324,16 @@ private Q_SLOTS:
         Fixture f;
         AppModel& m = f.model;
         QSignalSpy section(&m, &AppModel::sectionChanged);
-        QVERIFY(m.setProperty("section", QStringLiteral("history")));
+        m.setSection("history");
         m.setSection("history");
         QCOMPARE(m.currentSection(), std::optional<AppSection>(AppSection::history));
         m.setSection("settings");
         QCOMPARE(m.section(), QString());
         QCOMPARE(section.count(), 2);
-        QCOMPARE(m.sections().at(3).toMap(), (QVariantMap{{"raw", "collection"},
-                                                          {"title", "My Collection"},
-                                                          {"symbol", "square.grid.2x2"},
-                                                          {"group", "Mine"}}));
         m.setDemoDetail("s2");
         QCOMPARE(m.demoDetail(), QStringLiteral("s2"));
         m.setDemoDetail("not-in-the-library");
         QCOMPARE(m.demoDetail(), QString());
-
-        QSignalSpy store(&m, &AppModel::storeChanged);
-        m.store().toggleFavorite("s1");
-        m.store().add(ownPiece());
-        QCOMPARE(store.count(), 2);
     }
 
     // --- The sample collection
@@ -468,7 +370,7 @@ private Q_SLOTS:
                                                    "stones were not touched."));
     }
 
-    void a_missing_sample_set_or_photo_only_sets_a_message() {
+    void a_sample_photo_is_identified_in_a_new_session_and_a_missing_one_only_says_so() {
         Fixture none;
         none.model.loadSampleCollection();
         QCOMPARE(none.model.sampleMessage(),
@@ -478,6 +380,7 @@ private Q_SLOTS:
         SampleFixture s;
         AppModel& m = s.f.model;
         QVERIFY(m.setAnswer("color", "green"));
+        m.run();
         const Uuid id = m.sessionId();
         fs::remove(s.folder / "sample-2.jpg");
         for (const char* sample : {"no-such-sample", "sample-2"}) {
@@ -487,23 +390,16 @@ private Q_SLOTS:
         }
         QCOMPARE(m.sessionId(), id);
         QCOMPARE(m.answer("color"), QStringLiteral("green"));
-
         writeFile(s.folder / "sample-0.jpg", "damaged"); // there but unreadable: no empty entry
         m.identifySample("sample-0");
         QCOMPARE(m.photoError(), kBadPhoto);
-        QVERIFY(s.f.history().empty());
-    }
+        QCOMPARE(s.f.history().size(), 1u);
 
-    void a_sample_photo_is_identified_in_a_new_session() {
-        SampleFixture s;
-        AppModel& m = s.f.model;
-        QVERIFY(m.setAnswer("color", "green"));
-        m.run();
-        const Uuid oldId = m.sessionId();
         m.setSection("library");
         m.setDemoDetail("s1");
+        const Uuid before = m.sessionId();
         m.identifySample("sample-1");
-        QVERIFY(m.sessionId() != oldId);
+        QVERIFY(m.sessionId() != before);
         QVERIFY(m.hasRun() && m.hasPhoto() && m.usedPhotoColor() && m.answers().isEmpty());
         QCOMPARE(m.section(), QStringLiteral("identify"));
         QCOMPARE(m.demoDetail(), QString());
@@ -520,24 +416,17 @@ private Q_SLOTS:
         m.loadDemoData();
         const auto& pieces = m.store().collection();
         QCOMPARE(pieces.size(), 3u);
-        const char* expected[][6] = {
-            {"rhodochrosite", "Alma rhodochrosite", "bought", "Denver Gem & Mineral Show",
-             "Bright red rhomb on matrix.", "#C24A60"},
-            {"petrified-wood", "Creek wood", "found", "Glade Park, CO",
-             "Found after rain; shows growth rings.", "#7A5A3E"},
-            {"amethyst", "Amethyst point", "gift", "Grand Junction, CO", "", "#7A5AA8"},
-        };
+        // Each piece has a generated photo in its species' colour, newest first.
+        const char* expected[][2] = {
+            {"rhodochrosite", "#C24A60"}, {"petrified-wood", "#7A5A3E"}, {"amethyst", "#7A5AA8"}};
         for (std::size_t i = 0; i < 3; ++i) {
             const CollectionEntry& e = pieces[i];
             QCOMPARE(e.specimenID, std::optional<std::string>(expected[i][0]));
-            QCOMPARE((std::vector<std::string>{e.name, e.acquisition, e.location, e.notes}),
-                     (std::vector<std::string>{expected[i][1], expected[i][2], expected[i][3],
-                                               expected[i][4]}));
             auto image = ImageTools::decode(m.store().photoData(e.photoFile).value_or(""), 800);
             QVERIFY(image);
             QVERIFY2(Matcher::distance(*ImageTools::averageCenterColor(*image),
-                                       *RGB::fromHex(expected[i][5])) < 0.05,
-                     expected[i][5]);
+                                       *RGB::fromHex(expected[i][1])) < 0.05,
+                     expected[i][1]);
             QVERIFY(i == 0 || pieces[i - 1].dateAdded > e.dateAdded);
         }
         const std::vector<std::string> favorites{"amazonite", "gold", "rhodochrosite",
@@ -553,25 +442,6 @@ private Q_SLOTS:
         other.model.loadDemoData();
         QCOMPARE(other.model.store().collection().size(), 1u);
         QVERIFY(other.model.store().favorites().empty());
-    }
-
-    void the_demo_session_ranks_amethyst_first_in_the_real_library() {
-        QTemporaryDir dir;
-        auto library = std::make_shared<const SpecimenLibrary>(SpecimenLibrary::fromFile(
-            fs::path(QUARRYDEX_SOURCE_DIR) / "resources" / "specimens.json"));
-        QVERIFY(!library->loadError());
-        AppModel m(library, pathOf(dir), std::nullopt);
-        m.loadDemoSession();
-        QVERIFY(m.hasPhoto() && m.hasRun() && m.answeredCount() >= 4);
-        QVERIFY2(distance(m.photoColor(), "#7A5AA8") < 0.03, qPrintable(m.photoColor()));
-        const CandidateListModel& rows = *m.candidates();
-        QCOMPARE(rows.rowCount(), 8);
-        QCOMPARE(rows.data(rows.index(0), CandidateListModel::SpecimenIdRole).toString(),
-                 QStringLiteral("amethyst"));
-        // Tanzanite passes the same home tests, so the answers narrow it down without settling it.
-        QVERIFY(m.levelRaw() != QStringLiteral("roughGuess") && !m.nothingFitsWell());
-        QVERIFY(!m.suggestedQuestion().isEmpty());
-        QCOMPARE(m.store().history().front().answers.front(), std::string("Photo color"));
     }
 };
 

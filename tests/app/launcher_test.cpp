@@ -1,7 +1,6 @@
 #include "app/launcher.h"
 #include "support/temp_dir.h"
 
-#include <cstdlib>
 #include <gtest/gtest.h>
 
 using quarrydex::Launcher;
@@ -24,15 +23,23 @@ TEST(CommandLine, only_the_exact_selftest_switch_counts) {
     EXPECT_FALSE(Launcher({"quarrydex", "--SELFTEST"}).has("--selftest"));
 }
 
-TEST(CommandLine, a_failing_self_test_exits_with_status_one) {
+TEST(CommandLine, the_window_starts_unless_asked_for_the_selftest_which_fails_with_status_one) {
+    static int started = 0;
+    auto start = [](const Launcher&) {
+        ++started;
+        return 7;
+    };
+    EXPECT_EQ(Launcher({"quarrydex", "--data-root", "/x"}).run(start), 7);
+    EXPECT_EQ(started, 1);
+
     // An empty resource folder: no library and no samples, so checks fail.
     quarrydex::test::TempDir empty;
-    ::setenv("QUARRYDEX_RESOURCES", empty.path().c_str(), 1);
+    quarrydex::test::ScopedEnv resources("QUARRYDEX_RESOURCES", empty.path().string());
     testing::internal::CaptureStdout();
-    int status = Launcher({"quarrydex", "--selftest"}).run();
+    int status = Launcher({"quarrydex", "--selftest"}).run(start);
     std::string report = testing::internal::GetCapturedStdout();
-    ::unsetenv("QUARRYDEX_RESOURCES");
     EXPECT_EQ(status, 1);
+    EXPECT_EQ(started, 1) << "the self-test never opens the window";
     EXPECT_TRUE(report.ends_with(" failed\n")) << "the report and one newline";
     EXPECT_NE(report.find("\nRESULT: "), std::string::npos);
 }

@@ -3,16 +3,15 @@
 #include "backup_test_data.h"
 #include "support/temp_dir.h"
 
-#include <cstdlib>
 #include <gtest/gtest.h>
 #include <limits>
 #include <nlohmann/json.hpp>
 #include <random>
-#include <time.h>
 
 namespace quarrydex {
 namespace {
 namespace fs = std::filesystem;
+using nlohmann::json;
 using test::at;
 using test::TempDir;
 
@@ -23,13 +22,19 @@ std::string fixtureText(const std::string& name) {
 }
 
 // The encoded full archive as a JSON value, for tests that damage one part of it.
-nlohmann::json fullJson() {
-    return nlohmann::json::parse(BackupCodec::encode(test::fullArchive()));
+json fullJson() {
+    return json::parse(BackupCodec::encode(test::fullArchive()));
 }
 
 std::string refusal(std::string_view bytes) {
     BackupResult<BackupArchive> decoded = BackupCodec::decode(bytes);
     return decoded ? "decoded" : decoded.error().description();
+}
+
+// A format 2 header with no records and the given version text.
+std::string withVersion(const std::string& version) {
+    return R"({"app":"Quarrydex","createdAt":"2026-10-18T12:00:00Z","items":[],"version":)" +
+           version + "}";
 }
 
 // --- Round trips -----------------------------------------------------------------------
@@ -52,35 +57,21 @@ TEST(BackupRoundTrip, dates_keep_whole_seconds_and_lose_their_fraction) {
     EXPECT_EQ(decoded->createdAt, at("2026-10-18T12:00:00Z"));
 }
 
+// Cleaning up the staging folder is checked with restoreFile().
 TEST(BackupRoundTrip, decode_file_stages_photos_on_disk_and_matches_decode) {
     TempDir dir;
     BackupArchive archive = test::fullArchive();
     test::writeFile(dir / "backup.json", BackupCodec::encode(archive));
-    fs::path staging;
-    {
-        BackupResult<StagedBackup> staged =
-            BackupCodec::decodeFile(dir / "backup.json", dir.path());
-        ASSERT_TRUE(staged) << staged.description();
-        EXPECT_EQ(staged->itemPhoto(0), archive.items[0].photo);
-        EXPECT_EQ(staged->itemPhoto(1), std::nullopt);
-        EXPECT_EQ(staged->historyPhoto(0), (*archive.history)[0].photo);
-        EXPECT_EQ(staged->historyPhoto(1), std::nullopt);
-        // Records match; the photos are not held in them.
-        for (auto& item : archive.items) {
-            item.photo.reset();
-        }
-        for (auto& item : *archive.history) {
-            item.photo.reset();
-        }
-        EXPECT_EQ(staged->archive(), archive);
-        for (const auto& entry : fs::directory_iterator(dir.path())) {
-            if (entry.path().filename().string().starts_with(".quarrydex-restore-")) {
-                staging = entry.path();
-            }
-        }
-        ASSERT_FALSE(staging.empty());
-    }
-    EXPECT_FALSE(fs::exists(staging)) << "the staging folder goes with the staged backup";
+    BackupResult<StagedBackup> staged = BackupCodec::decodeFile(dir / "backup.json", dir.path());
+    ASSERT_TRUE(staged) << staged.description();
+    EXPECT_EQ(staged->itemPhoto(0), archive.items[0].photo);
+    EXPECT_EQ(staged->itemPhoto(1), std::nullopt);
+    EXPECT_EQ(staged->historyPhoto(0), (*archive.history)[0].photo);
+    EXPECT_EQ(staged->historyPhoto(1), std::nullopt);
+    // Records match; the photos are not held in them.
+    archive.items[0].photo.reset();
+    (*archive.history)[0].photo.reset();
+    EXPECT_EQ(staged->archive(), archive);
 }
 
 TEST(BackupRoundTrip, records_read_from_a_file_keep_no_photo_sized_buffers) {
@@ -97,31 +88,15 @@ TEST(BackupRoundTrip, records_read_from_a_file_keep_no_photo_sized_buffers) {
 
 // --- The file format -------------------------------------------------------------------
 
-void expectSortedKeys(const nlohmann::ordered_json& value) {
-    if (value.is_object()) {
-        std::string previous;
-        for (const auto& [key, member] : value.items()) {
-            EXPECT_LT(previous, key);
-            previous = key;
-            expectSortedKeys(member);
-        }
-    } else if (value.is_array()) {
-        for (const auto& element : value) {
-            expectSortedKeys(element);
-        }
-    }
-}
-
+// nlohmann's objects are sorted maps and its dump() is compact, so equality with a re-dump
+// means one line, keys in byte order, and escapes exactly as a JSON library writes them.
 TEST(BackupFormat, a_backup_is_one_compact_line_with_keys_in_byte_order) {
     std::string bytes = BackupCodec::encode(test::fullArchive());
-    EXPECT_EQ(bytes.find('\n'), std::string::npos);
-    expectSortedKeys(nlohmann::ordered_json::parse(bytes));
-    // Compact, sorted and escaped exactly as a JSON library writes it.
-    EXPECT_EQ(bytes, nlohmann::json::parse(bytes).dump());
+    EXPECT_EQ(bytes, json::parse(bytes).dump());
 }
 
 TEST(BackupFormat, values_are_written_as_the_format_says) {
-    nlohmann::json file = fullJson();
+    json file = fullJson();
     EXPECT_EQ(file["version"], 2);
     EXPECT_EQ(file["app"], "Quarrydex");
     EXPECT_EQ(file["publisher"], "Fernwick");
@@ -159,95 +134,60 @@ TEST(BackupFormat, text_that_is_not_utf8_and_numbers_json_cannot_hold_still_give
     EXPECT_EQ((*decoded->history)[0].results[0].confidence, 0.0);
 }
 
-TEST(BackupFormat, a_new_archive_from_the_store_is_format_2_with_publisher) {
+// Field-for-field content is checked by the restore tests; here, what only makeArchive decides.
+TEST(BackupFormat, a_new_archive_from_the_store_has_photos_on_request_and_no_sample_marks) {
     TempDir dir;
     StoneStore store(dir.path());
     test::fillStore(store);
     Timestamp date = at("2026-10-18T14:05:09Z");
     BackupArchive archive = BackupCodec::makeArchive(store, true, date);
-    EXPECT_EQ(archive.version, 2);
-    EXPECT_EQ(archive.app, "Quarrydex");
-    EXPECT_EQ(archive.publisher, "Fernwick");
     EXPECT_EQ(archive.createdAt, date);
-    ASSERT_EQ(archive.items.size(), 2u);
-    EXPECT_EQ(archive.items[0].name, "Creek pebble"); // store order: newest first
+    EXPECT_EQ(archive.publisher, "Fernwick");
     EXPECT_EQ(archive.items[1].photo, test::allBytes(2));
-    EXPECT_EQ(archive.items[1].confidence, 0.42);
-    EXPECT_EQ((*archive.history)[1].photo, "history photo");
-    EXPECT_EQ(archive.favorites, (std::vector<std::string>{"amethyst", "gold"}));
-
+    EXPECT_EQ(BackupCodec::encode(archive).find("ample"), std::string::npos);
     BackupArchive withoutPhotos = BackupCodec::makeArchive(store, false, date);
     EXPECT_FALSE(withoutPhotos.items[1].photo);
     EXPECT_FALSE((*withoutPhotos.history)[1].photo);
-
-    // A sample mark is no part of a backup.
-    EXPECT_EQ(BackupCodec::encode(archive).find("ample"), std::string::npos);
-}
-
-TEST(BackupFormat, a_missing_photo_file_gives_a_record_without_photo) {
-    TempDir dir;
-    StoneStore store(dir.path());
-    test::fillStore(store);
-    fs::remove(store.photosFolder() / *store.collection()[1].photoFile);
-    BackupArchive archive = BackupCodec::makeArchive(store, true, Timestamp{});
-    EXPECT_FALSE(archive.items[1].photo);
 }
 
 TEST(BackupFormat, default_file_name_is_the_prefix_and_the_local_time) {
     Timestamp date = at("2026-10-18T14:05:09Z").plusSeconds(0.9);
     EXPECT_EQ(BackupCodec::defaultFilename("Quarrydex Backup", date),
               "Quarrydex Backup 2026-10-18 14.05.09");
-
-    std::string saved = std::getenv("TZ") ? std::getenv("TZ") : "";
-    ::setenv("TZ", "<+0530>-05:30", 1);
-    ::tzset();
-    std::string local = BackupCodec::defaultFilename("Quarrydex Backup", date);
-    ::setenv("TZ", saved.c_str(), 1);
-    ::tzset();
-    EXPECT_EQ(local, "Quarrydex Backup 2026-10-18 19.35.09");
+    test::ScopedEnv zone("TZ", "<+0530>-05:30");
+    EXPECT_EQ(BackupCodec::defaultFilename("Quarrydex Backup", date),
+              "Quarrydex Backup 2026-10-18 19.35.09");
 }
 
-// --- Test vectors ----------------------------------------------------------------------
+// --- Test vectors and error descriptions -------------------------------------------------
 
 TEST(BackupVectors, a_format_1_backup_decodes_without_history_or_favorites) {
     BackupResult<BackupArchive> decoded = BackupCodec::decode(fixtureText("format1.json"));
     ASSERT_TRUE(decoded) << decoded.description();
-    EXPECT_EQ(decoded->version, 1);
-    EXPECT_EQ(decoded->createdAt, at("2026-10-18T12:00:00Z"));
-    EXPECT_FALSE(decoded->publisher);
-    EXPECT_FALSE(decoded->history);
-    EXPECT_FALSE(decoded->favorites);
-    ASSERT_EQ(decoded->items.size(), 1u);
-    const BackupArchive::Entry& item = decoded->items[0];
-    EXPECT_EQ(item.id.text(), "7D3C0F7E-3B8C-4D11-9A55-0C3B6B1C2E10");
-    EXPECT_EQ(item.name, "Old quartz");
-    EXPECT_EQ(item.location, "Palisade");
-    EXPECT_EQ(item.acquisition, "found");
-    EXPECT_EQ(item.notes, "");
-    EXPECT_EQ(item.dateAdded, at("2026-10-18T11:00:00Z"));
-    EXPECT_FALSE(item.specimenID);
-    EXPECT_FALSE(item.confidence);
-    EXPECT_FALSE(item.photo);
+    BackupArchive expected;
+    expected.version = 1;
+    expected.createdAt = at("2026-10-18T12:00:00Z");
+    BackupArchive::Entry item;
+    item.id = *Uuid::parse("7D3C0F7E-3B8C-4D11-9A55-0C3B6B1C2E10");
+    item.name = "Old quartz";
+    item.location = "Palisade";
+    item.dateAdded = at("2026-10-18T11:00:00Z");
+    expected.items = {item};
+    EXPECT_EQ(*decoded, expected);
 }
 
-TEST(BackupVectors, a_backup_from_a_newer_version_is_refused_with_its_format_number) {
-    BackupResult<BackupArchive> decoded = BackupCodec::decode(fixtureText("newer-version.json"));
-    ASSERT_FALSE(decoded);
-    EXPECT_EQ(decoded.error(), BackupError::newerVersion(99));
-    EXPECT_EQ(decoded.error().description(),
+TEST(BackupVectors, newer_versions_and_other_apps_are_refused_with_their_descriptions) {
+    BackupResult<BackupArchive> newer = BackupCodec::decode(fixtureText("newer-version.json"));
+    ASSERT_FALSE(newer);
+    EXPECT_EQ(newer.error(), BackupError::newerVersion(99));
+    EXPECT_EQ(newer.error().description(),
               "This backup was made by a newer version of Quarrydex (format 99). Update the app "
               "to restore it.");
-}
 
-TEST(BackupVectors, another_apps_json_is_not_a_backup) {
-    BackupResult<BackupArchive> decoded = BackupCodec::decode(fixtureText("other-app.json"));
-    ASSERT_FALSE(decoded);
-    EXPECT_EQ(decoded.error(), BackupError::notABackup());
-    EXPECT_EQ(decoded.error().description(), notABackup);
-    EXPECT_EQ(refusal(R"({"name":"Some list","items":[1,2,3]})"), notABackup);
-}
-
-TEST(BackupVectors, unreadable_names_its_cause) {
+    BackupResult<BackupArchive> other = BackupCodec::decode(fixtureText("other-app.json"));
+    ASSERT_FALSE(other);
+    EXPECT_EQ(other.error(), BackupError::notABackup());
+    EXPECT_EQ(other.error().description(), notABackup);
     EXPECT_EQ(BackupError::unreadable("Verification failed after writing.").description(),
               "The backup couldn't be read: Verification failed after writing.");
 }
@@ -263,17 +203,14 @@ TEST(BackupRefusal, bytes_that_are_not_a_json_object_are_not_a_backup) {
     }
     const std::pair<const char*, std::string> cases[] = {
         {"empty", ""},
-        {"blanks", " \n "},
-        {"plain text", "Quarrydex backup, honest"},
         {"random bytes", random},
         {"array", "[]"},
         {"array of a backup", "[" + bytes + "]"},
-        {"string", "\"Quarrydex\""},
-        {"number", "2"},
-        {"null", "null"},
         {"truncated", bytes.substr(0, bytes.size() / 2)},
         {"one byte short", bytes.substr(0, bytes.size() - 1)},
         {"trailing content", bytes + "{}"},
+        {"a key given twice", bytes.substr(0, bytes.size() - 1) + ",\"version\":2}"},
+        {"another list", R"({"name":"Some list","items":[1,2,3]})"},
     };
     for (const auto& [name, input] : cases) {
         EXPECT_EQ(refusal(input), notABackup) << name;
@@ -281,134 +218,83 @@ TEST(BackupRefusal, bytes_that_are_not_a_json_object_are_not_a_backup) {
 }
 
 TEST(BackupRefusal, a_missing_required_key_is_not_a_backup) {
-    for (const char* key : {"app", "createdAt", "items", "version"}) {
-        nlohmann::json file = fullJson();
-        file.erase(key);
-        EXPECT_EQ(refusal(file.dump()), notABackup) << key;
-    }
-    for (const char* key : {"acquisition", "dateAdded", "id", "location", "name", "notes"}) {
-        nlohmann::json file = fullJson();
-        file["items"][1].erase(key);
-        EXPECT_EQ(refusal(file.dump()), notABackup) << "item " << key;
-    }
-    for (const char* key : {"answers", "date", "id", "level", "results"}) {
-        nlohmann::json file = fullJson();
-        file["history"][0].erase(key);
-        EXPECT_EQ(refusal(file.dump()), notABackup) << "history " << key;
-    }
-    for (const char* key : {"confidence", "specimenID"}) {
-        nlohmann::json file = fullJson();
-        file["history"][0]["results"][0].erase(key);
-        EXPECT_EQ(refusal(file.dump()), notABackup) << "result " << key;
+    const std::pair<json::json_pointer, std::vector<const char*>> required[] = {
+        {""_json_pointer, {"app", "createdAt", "items", "version"}},
+        {"/items/1"_json_pointer, {"acquisition", "dateAdded", "id", "location", "name", "notes"}},
+        {"/history/0"_json_pointer, {"answers", "date", "id", "level", "results"}},
+        {"/history/0/results/0"_json_pointer, {"confidence", "specimenID"}},
+    };
+    for (const auto& [where, keys] : required) {
+        for (const char* key : keys) {
+            json file = fullJson();
+            file[where].erase(key);
+            EXPECT_EQ(refusal(file.dump()), notABackup) << where.to_string() << "/" << key;
+        }
     }
 }
 
-TEST(BackupRefusal, a_value_of_the_wrong_type_is_not_a_backup) {
-    const std::pair<nlohmann::json::json_pointer, nlohmann::json> cases[] = {
+TEST(BackupRefusal, a_wrong_type_or_ill_formed_value_is_not_a_backup) {
+    const std::pair<json::json_pointer, json> cases[] = {
         {"/app"_json_pointer, 1},
+        {"/app"_json_pointer, "quarrydex"},
+        {"/app"_json_pointer, "Quarrydex "},
         {"/version"_json_pointer, "2"},
-        {"/version"_json_pointer, true},
-        {"/createdAt"_json_pointer, 0},
-        {"/items"_json_pointer, nlohmann::json::object()},
-        {"/items/0"_json_pointer, "item"},
+        {"/items"_json_pointer, json::object()},
         {"/items/0/name"_json_pointer, nullptr},
-        {"/items/0/notes"_json_pointer, nlohmann::json::array()},
         {"/items/0/confidence"_json_pointer, "high"},
         {"/items/0/photo"_json_pointer, 12},
-        {"/items/0/specimenID"_json_pointer, false},
-        {"/history"_json_pointer, "none"},
-        {"/history/0/answers/0"_json_pointer, 1},
         {"/history/0/results/0/confidence"_json_pointer, "0.5"},
-        {"/history/0/results"_json_pointer, nlohmann::json::object()},
-        {"/favorites/0"_json_pointer, nlohmann::json::object()},
-        {"/publisher"_json_pointer, nlohmann::json::array()},
-    };
-    for (const auto& [where, value] : cases) {
-        nlohmann::json file = fullJson();
-        file[where] = value;
-        EXPECT_EQ(refusal(file.dump()), notABackup) << where.to_string();
-    }
-}
-
-TEST(BackupRefusal, an_ill_formed_date_uuid_or_base64_is_not_a_backup) {
-    const std::pair<nlohmann::json::json_pointer, const char*> cases[] = {
+        {"/publisher"_json_pointer, json::array()},
         {"/createdAt"_json_pointer, "2026-10-18T12:00:00.500Z"},
-        {"/createdAt"_json_pointer, "2026-10-18T12:00:00+00:00"},
-        {"/createdAt"_json_pointer, "2026-10-18 12:00:00Z"},
         {"/createdAt"_json_pointer, "2026-13-01T12:00:00Z"},
-        {"/items/0/dateAdded"_json_pointer, "yesterday"},
         {"/history/0/date"_json_pointer, "2026-10-18T12:00:00.0Z"},
         {"/items/0/id"_json_pointer, "7D3C0F7E-3B8C-4D11-9A55"},
         {"/items/0/id"_json_pointer, "7D3C0F7E3B8C4D119A550C3B6B1C2E10"},
-        {"/history/0/id"_json_pointer, "not-a-uuid-at-all-not-a-uuid-at-all"},
         {"/items/0/photo"_json_pointer, "AAA"},
-        {"/items/0/photo"_json_pointer, "AA=A"},
         {"/items/0/photo"_json_pointer, "AAAA\nAAAA"},
         {"/history/0/photo"_json_pointer, "AA-_"},
     };
     for (const auto& [where, value] : cases) {
-        nlohmann::json file = fullJson();
+        json file = fullJson();
         file[where] = value;
         EXPECT_EQ(refusal(file.dump()), notABackup) << where.to_string() << " = " << value;
     }
 }
 
-TEST(BackupRefusal, a_key_given_twice_is_not_a_backup) {
-    std::string bytes = BackupCodec::encode(test::fullArchive());
-    std::string twice = bytes.substr(0, bytes.size() - 1) + ",\"version\":2}";
-    EXPECT_EQ(refusal(twice), notABackup);
-}
-
-TEST(BackupRefusal, the_app_mark_is_compared_exactly) {
-    for (const char* app : {"quarrydex", "Quarrydex ", "", "Other"}) {
-        nlohmann::json file = fullJson();
-        file["app"] = app;
-        EXPECT_EQ(refusal(file.dump()), notABackup) << app;
-    }
-}
-
-TEST(BackupRefusal, a_version_that_is_not_a_64_bit_integer_is_not_a_backup) {
-    const char* base =
-        R"({"app":"Quarrydex","createdAt":"2026-10-18T12:00:00Z","items":[],"version":)";
+TEST(BackupRefusal, versions_must_be_64_bit_integers_up_to_2_and_above_2_are_newer) {
     for (const char* version : {"1e300", "99999999999999999999", "-99999999999999999999",
                                 "9223372036854775808", "2.5", "1e400"}) {
-        EXPECT_EQ(refusal(std::string(base) + version + "}"), notABackup) << version;
+        EXPECT_EQ(refusal(withVersion(version)), notABackup) << version;
     }
-}
-
-TEST(BackupRefusal, versions_up_to_2_are_read_and_above_2_are_newer) {
-    const char* base =
-        R"({"app":"Quarrydex","createdAt":"2026-10-18T12:00:00Z","items":[],"version":)";
     for (const char* version : {"2", "1", "0", "-4", "2.0", "-9223372036854775808"}) {
-        EXPECT_EQ(refusal(std::string(base) + version + "}"), "decoded") << version;
+        EXPECT_EQ(refusal(withVersion(version)), "decoded") << version;
     }
-    auto newer = [&](const char* version) {
-        BackupResult<BackupArchive> decoded =
-            BackupCodec::decode(std::string(base) + version + "}");
-        return decoded ? std::optional<BackupError>() : std::optional(decoded.error());
-    };
-    EXPECT_EQ(newer("3"), BackupError::newerVersion(3));
-    EXPECT_EQ(newer("3.0"), BackupError::newerVersion(3));
-    EXPECT_EQ(newer("9223372036854775807"), BackupError::newerVersion(9223372036854775807));
+    const std::pair<const char*, std::int64_t> newer[] = {
+        {"3", 3}, {"3.0", 3}, {"9223372036854775807", 9223372036854775807}};
+    for (const auto& [version, format] : newer) {
+        BackupResult<BackupArchive> decoded = BackupCodec::decode(withVersion(version));
+        ASSERT_FALSE(decoded) << version;
+        EXPECT_EQ(decoded.error(), BackupError::newerVersion(format)) << version;
+    }
     EXPECT_EQ(BackupError::newerVersion(9223372036854775807).description(),
               "This backup was made by a newer version of Quarrydex (format "
               "9223372036854775807). Update the app to restore it.");
 }
 
 TEST(BackupRefusal, shape_is_checked_before_the_app_and_the_app_before_the_version) {
-    nlohmann::json newerAndBroken = fullJson();
+    json newerAndBroken = fullJson();
     newerAndBroken["version"] = 99;
     newerAndBroken["items"][1]["id"] = "broken";
     EXPECT_EQ(refusal(newerAndBroken.dump()), notABackup);
 
-    nlohmann::json newerFromOtherApp = fullJson();
+    json newerFromOtherApp = fullJson();
     newerFromOtherApp["version"] = 99;
     newerFromOtherApp["app"] = "Other";
     EXPECT_EQ(refusal(newerFromOtherApp.dump()), notABackup);
 }
 
 TEST(BackupRefusal, unknown_keys_and_null_optional_values_are_accepted) {
-    nlohmann::json file = fullJson();
+    json file = fullJson();
     file["comment"] = {{"nested", {1, nullptr, {{"deep", {true, "x"}}}}}};
     file["items"][0]["colour"] = {"white", "grey"};
     file["history"][0]["results"][0]["rank"] = 1;
@@ -418,7 +304,6 @@ TEST(BackupRefusal, unknown_keys_and_null_optional_values_are_accepted) {
     BackupResult<BackupArchive> decoded = BackupCodec::decode(file.dump());
     ASSERT_TRUE(decoded) << decoded.description();
     EXPECT_FALSE(decoded->publisher);
-    EXPECT_FALSE(decoded->items[1].specimenID);
     EXPECT_EQ(decoded->items, test::fullArchive().items);
 }
 
@@ -435,13 +320,13 @@ TEST(BackupRefusal, a_file_that_cannot_be_read_is_unreadable_with_the_reason) {
 
 TEST(BackupRefusal, a_refused_file_leaves_no_staged_photos_behind) {
     TempDir dir;
-    nlohmann::json file = fullJson();
+    json file = fullJson();
     file["version"] = 7; // refused only after every photo was read
     test::writeFile(dir / "newer.json", file.dump());
     BackupResult<StagedBackup> staged = BackupCodec::decodeFile(dir / "newer.json", dir.path());
     ASSERT_FALSE(staged);
     EXPECT_EQ(staged.error(), BackupError::newerVersion(7));
-    EXPECT_EQ(std::distance(fs::directory_iterator(dir.path()), fs::directory_iterator()), 1);
+    EXPECT_EQ(test::namesIn(dir.path()), std::set<std::string>{"newer.json"});
 }
 
 TEST(BackupRefusal, a_photo_that_cannot_be_staged_makes_the_file_unreadable) {
@@ -449,11 +334,9 @@ TEST(BackupRefusal, a_photo_that_cannot_be_staged_makes_the_file_unreadable) {
     test::writeFile(dir / "backup.json", BackupCodec::encode(test::fullArchive()));
     test::writeFile(dir / "not-a-folder", "");
     // Neither the chosen folder nor the fallback temporary folder can take the photo.
-    std::string saved = std::getenv("TMPDIR") ? std::getenv("TMPDIR") : "";
-    ::setenv("TMPDIR", (dir / "not-a-folder").c_str(), 1);
+    test::ScopedEnv tmp("TMPDIR", (dir / "not-a-folder").string());
     BackupResult<StagedBackup> staged =
         BackupCodec::decodeFile(dir / "backup.json", dir / "not-a-folder");
-    saved.empty() ? ::unsetenv("TMPDIR") : ::setenv("TMPDIR", saved.c_str(), 1);
     ASSERT_FALSE(staged);
     EXPECT_EQ(staged.error(), BackupError::unreadable("Not a directory"));
 }

@@ -4,9 +4,7 @@
 #include "support/specimens.h"
 #include "support/temp_dir.h"
 
-#include <cstdlib>
 #include <gtest/gtest.h>
-#include <time.h>
 
 namespace quarrydex {
 namespace {
@@ -20,18 +18,20 @@ SpecimenLibrary library() {
     return SpecimenLibrary({quartz, opal});
 }
 
-TEST(EscapeCSV, commas_quotes_and_line_feeds_are_quoted_with_inner_quotes_doubled) {
-    EXPECT_EQ(BackupCodec::escapeCSV("Comma, \"quote\""), "\"Comma, \"\"quote\"\"\"");
-    EXPECT_EQ(BackupCodec::escapeCSV("a,b"), "\"a,b\"");
-    EXPECT_EQ(BackupCodec::escapeCSV("say \"hi\""), "\"say \"\"hi\"\"\"");
-    EXPECT_EQ(BackupCodec::escapeCSV("two\nlines"), "\"two\nlines\"");
-}
-
-TEST(EscapeCSV, other_fields_are_unchanged_even_with_a_carriage_return) {
-    EXPECT_EQ(BackupCodec::escapeCSV("Plain name"), "Plain name");
-    EXPECT_EQ(BackupCodec::escapeCSV(""), "");
-    EXPECT_EQ(BackupCodec::escapeCSV("carriage\rreturn"), "carriage\rreturn");
-    EXPECT_EQ(BackupCodec::escapeCSV("semi;colon 'single' \u00E9"), "semi;colon 'single' \u00E9");
+// Commas, quotes and line feeds are quoted with inner quotes doubled; nothing else is, not
+// even a carriage return.
+TEST(EscapeCSV, only_commas_quotes_and_line_feeds_are_quoted) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"Comma, \"quote\"", "\"Comma, \"\"quote\"\"\""},
+        {"a,b", "\"a,b\""},
+        {"two\nlines", "\"two\nlines\""},
+        {"", ""},
+        {"carriage\rreturn", "carriage\rreturn"},
+        {"semi;colon 'single' \u00E9", "semi;colon 'single' \u00E9"},
+    };
+    for (const auto& [field, escaped] : cases) {
+        EXPECT_EQ(BackupCodec::escapeCSV(field), escaped) << field;
+    }
 }
 
 TEST(CollectionCSV, an_empty_collection_is_the_header_and_a_line_feed) {
@@ -63,20 +63,15 @@ TEST(CollectionCSV, entries_come_in_store_order_with_every_field_escaped) {
     }
 
     // The date is the UTC calendar day, whatever the local zone says.
-    std::string saved = std::getenv("TZ") ? std::getenv("TZ") : "";
-    ::setenv("TZ", "<+10>-10", 1);
-    ::tzset();
-    std::string csv = BackupCodec::csv(store, library());
-    ::setenv("TZ", saved.c_str(), 1);
-    ::tzset();
-
-    EXPECT_EQ(csv, "Name,Species,Category,Acquired,Date,Location,Notes\n"
-                   "\"Opal, fire\",Opal,Gemstone,Traded,2026-10-18,Coober Pedy,"
-                   "\"Comma, \"\"quote\"\"\"\n"
-                   "Clear point,Quartz,Mineral,Found,2026-10-17,Quarry road,"
-                   "\"line one\nline two\rstill two\"\n"
-                   "Mystery,,,Gift,2026-10-16,Quarry road,\n"
-                   "Pebble,,,Bought,2026-10-15,Quarry road,\n");
+    test::ScopedEnv zone("TZ", "<+10>-10");
+    EXPECT_EQ(BackupCodec::csv(store, library()),
+              "Name,Species,Category,Acquired,Date,Location,Notes\n"
+              "\"Opal, fire\",Opal,Gemstone,Traded,2026-10-18,Coober Pedy,"
+              "\"Comma, \"\"quote\"\"\"\n"
+              "Clear point,Quartz,Mineral,Found,2026-10-17,Quarry road,"
+              "\"line one\nline two\rstill two\"\n"
+              "Mystery,,,Gift,2026-10-16,Quarry road,\n"
+              "Pebble,,,Bought,2026-10-15,Quarry road,\n");
 }
 
 } // namespace

@@ -48,29 +48,26 @@ std::vector<std::string> folders(const std::vector<DriveInfo>& drives) {
 const DeviceFacts removable{true, false};
 const DeviceFacts usb{false, true};
 
-TEST(ExternalDrives, a_removable_or_usb_or_card_device_counts_wherever_it_is_mounted) {
+TEST(ExternalDrives, removable_usb_and_card_devices_and_automounted_folders_count) {
     FakeVolumes v;
     v.add("/dev/sda2", "/home");
     v.add("/dev/sdb1", "/mnt/stick");
     v.add("/dev/sdc1", "/srv/usb-disk");
     v.add("/dev/mmcblk0p1", "/mnt/card");
-    v.devices = {{"/dev/sdb1", removable}, {"/dev/sdc1", usb}, {"/dev/mmcblk0p1", usb}};
-    EXPECT_EQ(folders(DriveInfo::external(v)),
-              (std::vector<std::string>{"/mnt/stick", "/srv/usb-disk", "/mnt/card"}));
-}
-
-TEST(ExternalDrives, anything_an_automounter_put_under_media_counts) {
-    FakeVolumes v;
     v.add("/dev/sdd1", "/media/ann/STICK");
     v.add("/dev/sde1", "/run/media/ann/CARD");
     v.add("/dev/sdf1", "/media");
     v.add("/dev/sdg1", "/mediastore/disk");
     v.add("/dev/sdh1", "/run/user/1000/disk");
+    v.devices = {{"/dev/sdb1", removable}, {"/dev/sdc1", usb}, {"/dev/mmcblk0p1", usb}};
     EXPECT_EQ(folders(DriveInfo::external(v)),
-              (std::vector<std::string>{"/media/ann/STICK", "/run/media/ann/CARD"}));
+              (std::vector<std::string>{"/mnt/stick", "/srv/usb-disk", "/mnt/card",
+                                        "/media/ann/STICK", "/run/media/ann/CARD"}));
 }
 
-TEST(ExternalDrives, root_pseudo_file_systems_and_hidden_mounts_never_count) {
+// The root, pseudo file systems, hidden folders, read-only, unwritable or unbrowsable
+// volumes, and a folder hidden by a later mount never count.
+TEST(ExternalDrives, only_visible_usable_top_mounts_count) {
     FakeVolumes v;
     v.add("/dev/sdb1", "/");
     for (const char* type : {"proc", "sysfs", "tmpfs", "devtmpfs", "cgroup", "cgroup2", "overlay",
@@ -79,28 +76,19 @@ TEST(ExternalDrives, root_pseudo_file_systems_and_hidden_mounts_never_count) {
     }
     v.add("/dev/sdb2", "/media/ann/.snapshots");
     v.add("/dev/sdb3", "/media/.hidden/STICK");
-    v.devices = {{"/dev/sdb1", removable}, {"/dev/sdb2", removable}, {"/dev/sdb3", removable}};
-    EXPECT_TRUE(DriveInfo::external(v).empty());
-}
-
-TEST(ExternalDrives, only_browsable_writable_volumes_not_mounted_read_only_count) {
-    FakeVolumes v;
-    v.add("/dev/sdb1", "/media/ann/READONLY", "vfat", true);
-    v.add("/dev/sdc1", "/media/ann/LOCKED");
-    v.add("/dev/sdd1", "/media/ann/CLOSED");
-    v.add("/dev/sde1", "/media/ann/GOOD");
+    v.add("/dev/sdc1", "/media/ann/READONLY", "vfat", true);
+    v.add("/dev/sdc2", "/media/ann/LOCKED");
+    v.add("/dev/sdc3", "/media/ann/CLOSED");
+    v.add("/dev/sdc4", "/media/ann/GOOD");
+    v.add("/dev/sdd1", "/mnt/stick");
+    v.add("/dev/sda3", "/mnt/stick", "ext4"); // hides the stick; an internal disk
     v.unwritable = {"/media/ann/LOCKED"};
     v.unbrowsable = {"/media/ann/CLOSED"};
+    v.devices = {{"/dev/sdb1", removable},
+                 {"/dev/sdb2", removable},
+                 {"/dev/sdb3", removable},
+                 {"/dev/sdd1", removable}};
     EXPECT_EQ(folders(DriveInfo::external(v)), (std::vector<std::string>{"/media/ann/GOOD"}));
-}
-
-TEST(ExternalDrives, a_folder_mounted_over_counts_once_as_its_top_mount) {
-    FakeVolumes v;
-    v.add("/dev/sdb1", "/mnt/stick");
-    v.add("/dev/sdc1", "/media/ann/CARD");
-    v.add("/dev/sda3", "/mnt/stick", "ext4"); // hides the stick; an internal disk
-    v.devices = {{"/dev/sdb1", removable}};
-    EXPECT_EQ(folders(DriveInfo::external(v)), (std::vector<std::string>{"/media/ann/CARD"}));
 }
 
 TEST(ExternalDrives, a_drive_is_named_by_its_folder_and_described_with_its_free_space) {
@@ -115,46 +103,35 @@ TEST(ExternalDrives, a_drive_is_named_by_its_folder_and_described_with_its_free_
     EXPECT_EQ(drives[1].detail, "/media/ann/UNKNOWN \u00B7 0 bytes free");
 }
 
-TEST(FormatFileSize, counts_below_a_kilobyte_are_bytes) {
-    EXPECT_EQ(formatFileSize(0), "0 bytes");
-    EXPECT_EQ(formatFileSize(1), "1 byte");
-    EXPECT_EQ(formatFileSize(2), "2 bytes");
-    EXPECT_EQ(formatFileSize(999), "999 bytes");
-}
-
-TEST(FormatFileSize, kilobytes_are_whole_and_round_half_up) {
-    EXPECT_EQ(formatFileSize(1000), "1 KB");
-    EXPECT_EQ(formatFileSize(1499), "1 KB");
-    EXPECT_EQ(formatFileSize(1500), "2 KB");
-    EXPECT_EQ(formatFileSize(512'000), "512 KB");
-    EXPECT_EQ(formatFileSize(999'499), "999 KB");
-    EXPECT_EQ(formatFileSize(999'500), "1 MB");
-}
-
-TEST(FormatFileSize, larger_units_have_one_decimal_unless_it_is_zero) {
-    EXPECT_EQ(formatFileSize(1'000'000), "1 MB");
-    EXPECT_EQ(formatFileSize(1'049'999), "1 MB");
-    EXPECT_EQ(formatFileSize(1'050'000), "1.1 MB");
-    EXPECT_EQ(formatFileSize(999'949'999), "999.9 MB");
-    EXPECT_EQ(formatFileSize(999'950'000), "1 GB");
-    EXPECT_EQ(formatFileSize(12'345'678'901), "12.3 GB");
-    EXPECT_EQ(formatFileSize(2'000'000'000'000), "2 TB");
-    EXPECT_EQ(formatFileSize(1'500'000'000'000'000), "1.5 PB");
-    EXPECT_EQ(formatFileSize(18'446'744'073'709'551'615u), "18.4 EB");
+// Bytes below a kilobyte; whole kilobytes rounded half up; larger units with one decimal
+// unless it is zero.
+TEST(FormatFileSize, units_step_at_powers_of_1000_with_their_rounding) {
+    const std::pair<std::uint64_t, const char*> cases[] = {
+        {0, "0 bytes"},
+        {1, "1 byte"},
+        {999, "999 bytes"},
+        {1000, "1 KB"},
+        {1499, "1 KB"},
+        {1500, "2 KB"},
+        {999'500, "1 MB"},
+        {1'049'999, "1 MB"},
+        {1'050'000, "1.1 MB"},
+        {999'950'000, "1 GB"},
+        {12'345'678'901, "12.3 GB"},
+        {1'500'000'000'000'000, "1.5 PB"},
+        {18'446'744'073'709'551'615u, "18.4 EB"},
+    };
+    for (const auto& [bytes, text] : cases) {
+        EXPECT_EQ(formatFileSize(bytes), text) << bytes;
+    }
 }
 
 TEST(SystemVolumes, reads_the_mount_table_with_escaped_blanks_and_read_only_flags) {
-    SystemVolumes system(test::fixture("backup/mounts"), "/nonexistent");
-    std::vector<Mount> mounts = system.mounts();
+    std::vector<Mount> mounts = SystemVolumes(test::fixture("backup/mounts"), "/x").mounts();
     ASSERT_EQ(mounts.size(), 7u);
     EXPECT_EQ(mounts[4], (Mount{"/dev/sdb1", "/media/ann/FIELD NOTES", "vfat", false}));
     EXPECT_EQ(mounts[5], (Mount{"/dev/sdc1", "/mnt/archive", "ext4", true}));
-    EXPECT_EQ(mounts[2].folder, "/");
-}
-
-TEST(SystemVolumes, a_missing_mount_table_lists_nothing) {
-    SystemVolumes system("/nonexistent/mounts", "/nonexistent");
-    EXPECT_TRUE(system.mounts().empty());
+    EXPECT_TRUE(SystemVolumes("/nonexistent/mounts", "/x").mounts().empty());
 }
 
 // A small sysfs: a USB stick with a partition, an SD card, an internal SATA disk.
@@ -189,19 +166,12 @@ protected:
     TempDir dir;
 };
 
-TEST_F(SystemDevices, a_partition_on_a_usb_bus_is_usb) {
+// USB partitions and memory cards count as USB; the removable flag is read from the disk;
+// internal and unknown devices are neither.
+TEST_F(SystemDevices, devices_are_told_apart_by_their_bus_and_removable_flag) {
     EXPECT_EQ(facts("/dev/sdb1"), (DeviceFacts{false, true}));
-}
-
-TEST_F(SystemDevices, a_memory_card_counts_like_usb) {
     EXPECT_EQ(facts("/dev/mmcblk0p1"), (DeviceFacts{false, true}));
-}
-
-TEST_F(SystemDevices, the_removable_flag_is_read_from_the_disk) {
     EXPECT_EQ(facts("/dev/sdx"), (DeviceFacts{true, false}));
-}
-
-TEST_F(SystemDevices, an_internal_disk_or_an_unknown_device_is_neither) {
     EXPECT_EQ(facts("/dev/sda2"), DeviceFacts{});
     EXPECT_EQ(facts("/dev/nvme9n9p9"), DeviceFacts{});
     EXPECT_EQ(facts("server:/export"), DeviceFacts{});

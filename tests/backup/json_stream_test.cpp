@@ -4,6 +4,7 @@
 
 #include <cstdio>
 #include <gtest/gtest.h>
+#include <optional>
 #include <random>
 
 namespace quarrydex {
@@ -64,106 +65,57 @@ private:
     std::size_t size_;
 };
 
-struct Outcome {
-    bool ok;
-    std::vector<std::string> events;
-};
+// The events of a parse, or none when the input is refused.
+using Events = std::optional<std::vector<std::string>>;
 
-Outcome ours(std::string_view text, std::size_t pieceSize = 1 << 20) {
+Events ours(std::string_view text, std::size_t pieceSize = 1 << 20) {
     PieceSource source(text, pieceSize);
     Recorder recorder;
     bool ok = parseJsonStream(source, recorder);
     EXPECT_EQ(ok, !recorder.failed) << text;
-    return {ok, recorder.events};
+    return ok ? Events(recorder.events) : std::nullopt;
 }
 
-Outcome reference(std::string_view text) {
+Events reference(std::string_view text) {
     Recorder recorder;
-    bool ok = json::sax_parse(text, &recorder);
-    return {ok, recorder.events};
+    return json::sax_parse(text, &recorder) ? Events(recorder.events) : std::nullopt;
 }
 
-void expectSameAsReference(std::string_view text) {
-    Outcome expected = reference(text);
-    for (std::size_t pieceSize : {std::size_t{1}, std::size_t{3}, std::size_t{1} << 20}) {
-        Outcome actual = ours(text, pieceSize);
-        ASSERT_EQ(actual.ok, expected.ok) << "input: " << text << " pieces of " << pieceSize;
-        if (expected.ok) {
-            EXPECT_EQ(actual.events, expected.events) << text;
-        }
-    }
-}
-
-TEST(JsonStream, reports_the_same_events_as_nlohmann_for_valid_json) {
+// Valid inputs at the edges of numbers, escapes, UTF-8 and a byte-order mark, then inputs
+// nlohmann refuses; each whole and in pieces of 1 and 3 bytes.
+TEST(JsonStream, reports_the_same_events_as_nlohmann_and_refuses_what_it_refuses) {
     const char* inputs[] = {
-        "{}",
-        "[]",
         " \t\r\n{ \"a\" : [ 1 , -2 , 3.5 , -0 , 0.0 , 1e3 , 1E-3 , -1.5e+10 ] } \n",
         "[true,false,null,\"\",\"x\"]",
-        "\"just a string\"",
-        "42",
         "18446744073709551615",
         "18446744073709551616",
         "-9223372036854775808",
         "-9223372036854775809",
-        "1e-400",
-        "99999999999999999999",
         "[\"\\\"\\\\\\/\\b\\f\\n\\r\\t\\u0000\\u00e9\\u20AC\\ud83d\\ude00\"]",
         "[\"\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80\x7F\"]",
         "\xEF\xBB\xBF{\"bom\":1}",
-        "{\"a\":{\"b\":{\"c\":[[],[{}]]}}}",
         "{\"dup\":1,\"dup\":2}",
-    };
-    for (const char* input : inputs) {
-        ASSERT_TRUE(reference(input).ok) << input;
-        expectSameAsReference(input);
-    }
-}
-
-TEST(JsonStream, refuses_what_nlohmann_refuses) {
-    const char* inputs[] = {
         "",
-        "   ",
-        "{",
         "[1,]",
-        "{\"a\":1,}",
-        "{\"a\" 1}",
-        "{a:1}",
         "[01]",
-        "[-]",
-        "[1.]",
-        "[.5]",
-        "[+1]",
-        "[1e]",
-        "[tru]",
-        "[nul]",
-        "[True]",
-        "{} {}",
         "{}x",
         "[\"unterminated]",
         "[\"tab\there\"]",
         "[\"bad escape \\x\"]",
         "[\"\\u12G4\"]",
         "[\"\\ud83d alone\"]",
-        "[\"\\ude00 low first\"]",
-        "[\"\\ud83d\\u0041\"]",
         "[\"\xC3\"]",
-        "[\"\xC0\x80\"]",
         "[\"\xED\xA0\x80\"]",
         "[\"\xF4\x90\x80\x80\"]",
-        "[\"\xFF\"]",
         "\xEF\xBB{}",
         "[1 2]",
-        "{\"a\":1 \"b\":2}",
-        "// comment\n{}",
-        "[NaN]",
         "1e400",
-        "[-1e400]",
-        "[Infinity]",
     };
     for (const char* input : inputs) {
-        ASSERT_FALSE(reference(input).ok) << input;
-        expectSameAsReference(input);
+        for (std::size_t pieceSize : {std::size_t{1}, std::size_t{3}, std::size_t{1} << 20}) {
+            EXPECT_EQ(ours(input, pieceSize), reference(input))
+                << "input: " << input << " pieces of " << pieceSize;
+        }
     }
 }
 
@@ -192,26 +144,14 @@ TEST(JsonStream, agrees_with_nlohmann_on_thousands_of_damaged_backups) {
                 break;
             }
         }
-        Outcome expected = reference(text);
-        Outcome actual = ours(text, 7);
-        ASSERT_EQ(actual.ok, expected.ok) << "round " << round << ": " << text;
-        if (expected.ok) {
-            ASSERT_EQ(actual.events, expected.events) << "round " << round;
-        }
+        ASSERT_EQ(ours(text, 7), reference(text)) << "round " << round << ": " << text;
     }
 }
 
 TEST(JsonStream, nesting_is_limited_so_hostile_input_cannot_exhaust_memory) {
     std::string deepest = std::string(maxJsonDepth, '[') + std::string(maxJsonDepth, ']');
-    EXPECT_TRUE(ours(deepest).ok);
-    std::string tooDeep = "[" + deepest + "]";
-    EXPECT_FALSE(ours(tooDeep).ok);
-}
-
-TEST(JsonStream, a_file_that_cannot_be_opened_ends_at_once_and_keeps_the_reason) {
-    JsonFileSource source("/nonexistent/folder/backup.json");
-    EXPECT_TRUE(source.next().empty());
-    EXPECT_EQ(source.error(), ENOENT);
+    EXPECT_TRUE(ours(deepest));
+    EXPECT_FALSE(ours("[" + deepest + "]"));
 }
 
 } // namespace

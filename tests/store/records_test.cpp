@@ -8,7 +8,6 @@
 #include <gtest/gtest.h>
 #include <limits>
 #include <nlohmann/json.hpp>
-#include <random>
 
 namespace quarrydex {
 namespace {
@@ -60,21 +59,15 @@ StoneDataFile sampleFile() {
     return file;
 }
 
-TEST(Records, file_with_every_field_reads_back_equal) {
-    StoneDataFile file = sampleFile();
-    auto text = file.encode();
-    ASSERT_TRUE(text) << text.error();
-    auto back = StoneDataFile::decode(*text);
-    ASSERT_TRUE(back) << back.error();
-    EXPECT_EQ(*back, file);
-}
-
 // The exact text is part of the format: keys sorted in byte order, two-space indentation,
 // dates as numbers, no nulls.
-TEST(Records, written_file_matches_the_data_file_format_byte_for_byte) {
+TEST(Records, file_with_every_field_is_written_byte_for_byte_and_reads_back_equal) {
     auto text = sampleFile().encode();
     ASSERT_TRUE(text) << text.error();
     EXPECT_EQ(*text, readFile(fixture("store/written.json")));
+    auto back = StoneDataFile::decode(*text);
+    ASSERT_TRUE(back) << back.error();
+    EXPECT_EQ(*back, sampleFile());
 }
 
 TEST(Records, hand_written_file_with_integer_dates_unknown_words_and_keys_loads) {
@@ -105,14 +98,10 @@ TEST(Records, hand_written_file_with_integer_dates_unknown_words_and_keys_loads)
 }
 
 TEST(Records, dates_and_confidences_read_back_bit_for_bit) {
-    std::mt19937_64 random(20010101);
-    std::uniform_real_distribution<double> seconds(-1e9, 2e9);
     StoneDataFile file;
-    std::vector<double> values = {
-        0.0, -0.0, 0.1, 1e-300, 5e-324, 1.7976931348623157e308, 782000000.123456789};
-    for (int i = 0; i < 2000; ++i) {
-        values.push_back(seconds(random));
-    }
+    const std::vector<double> values = {0.0,     -0.0,    0.1,
+                                        1e-300,  5e-324,  1.7976931348623157e308,
+                                        -3600.5, 2e9 / 3, 782000000.123456789};
     for (double v : values) {
         CollectionEntry e = entry("n", "l");
         e.dateAdded = Timestamp{v};
@@ -130,46 +119,35 @@ TEST(Records, dates_and_confidences_read_back_bit_for_bit) {
     }
 }
 
-TEST(Records, missing_top_level_key_makes_the_whole_file_unreadable) {
-    for (const char* key : {"version", "collection", "history", "favorites"}) {
-        json object = sampleFile().toJson();
-        object.erase(key);
-        auto read = StoneDataFile::decode(object.dump());
-        ASSERT_FALSE(read) << key;
-        EXPECT_EQ(read.error(), std::string("\"") + key + "\" is missing");
-    }
-}
-
 // Each fault in a single record fails the whole file: there is no per-record recovery.
 TEST(Records, any_fault_in_one_record_makes_the_whole_file_unreadable) {
-    const std::vector<std::pair<std::string, std::function<void(json&)>>> faults = {
-        {"entry without id", [](json& f) { f["collection"][1].erase("id"); }},
-        {"entry without name", [](json& f) { f["collection"][1].erase("name"); }},
-        {"entry without dateAdded", [](json& f) { f["collection"][1].erase("dateAdded"); }},
-        {"entry without acquisition", [](json& f) { f["collection"][1].erase("acquisition"); }},
-        {"entry without location", [](json& f) { f["collection"][1].erase("location"); }},
-        {"entry without notes", [](json& f) { f["collection"][1].erase("notes"); }},
+    std::vector<std::pair<std::string, std::function<void(json&)>>> faults = {
         {"ill-formed id", [](json& f) { f["collection"][1]["id"] = "AAAAAAAA-BBBB-4CCC-8DDD"; }},
         {"id with stray text",
          [](json& f) { f["collection"][0]["id"] = "{11111111-2222-4333-8444-555555555555}"; }},
         {"date as text", [](json& f) { f["collection"][0]["dateAdded"] = "2026-01-01T00:00:00Z"; }},
-        {"date as boolean", [](json& f) { f["collection"][0]["dateAdded"] = true; }},
         {"name as number", [](json& f) { f["collection"][0]["name"] = 7; }},
         {"null optional", [](json& f) { f["collection"][1]["specimenID"] = nullptr; }},
         {"isSample as text", [](json& f) { f["collection"][0]["isSample"] = "true"; }},
         {"confidence as text", [](json& f) { f["collection"][0]["confidence"] = "high"; }},
         {"entry not an object", [](json& f) { f["collection"][1] = json::array(); }},
-        {"history without results", [](json& f) { f["history"][0].erase("results"); }},
         {"result without confidence",
          [](json& f) { f["history"][0]["results"][1].erase("confidence"); }},
         {"answer as number", [](json& f) { f["history"][0]["answers"].push_back(3); }},
-        {"history without level", [](json& f) { f["history"][0].erase("level"); }},
-        {"history date missing", [](json& f) { f["history"][0].erase("date"); }},
-        {"favorite as number", [](json& f) { f["favorites"].push_back(1); }},
-        {"collection as object", [](json& f) { f["collection"] = json::object(); }},
         {"version as text", [](json& f) { f["version"] = "1"; }},
         {"top level an array", [](json& f) { f = json::array({f}); }},
     };
+    for (const char* key : {"version", "collection", "history", "favorites"}) {
+        faults.push_back({std::string("file without ") + key, [key](json& f) { f.erase(key); }});
+    }
+    for (const char* key : {"id", "name", "dateAdded", "acquisition", "location", "notes"}) {
+        faults.push_back({std::string("entry without ") + key,
+                          [key](json& f) { f["collection"][1].erase(key); }});
+    }
+    for (const char* key : {"results", "level", "date"}) {
+        faults.push_back({std::string("history without ") + key,
+                          [key](json& f) { f["history"][0].erase(key); }});
+    }
     for (const auto& [what, fault] : faults) {
         json object = sampleFile().toJson();
         fault(object);
@@ -183,9 +161,10 @@ TEST(Records, any_fault_in_one_record_makes_the_whole_file_unreadable) {
     }
 }
 
-// A name carried over from a file system in another encoding must not make every later
-// save fail; the bad bytes become U+FFFD.
-TEST(Records, bytes_that_are_not_utf8_are_written_as_replacement_characters) {
+// A name from a file system in another encoding must not make every later save fail: the
+// bad bytes become U+FFFD. JSON cannot hold NaN, and writing null instead would make the next
+// load fail as a whole, so it refuses to encode.
+TEST(Records, bad_utf8_is_replaced_and_a_number_that_is_not_finite_refuses_to_encode) {
     StoneDataFile file;
     file.collection.push_back(entry("Fl\xFFuorite", "x"));
     auto text = file.encode();
@@ -193,13 +172,9 @@ TEST(Records, bytes_that_are_not_utf8_are_written_as_replacement_characters) {
     auto back = StoneDataFile::decode(*text);
     ASSERT_TRUE(back) << back.error();
     EXPECT_EQ(back->collection[0].name, "Fl\xEF\xBF\xBDuorite");
-}
 
-// JSON cannot hold NaN; writing null instead would make the next load fail as a whole.
-TEST(Records, number_that_is_not_finite_refuses_to_encode) {
-    StoneDataFile file = sampleFile();
-    file.history[0].results[0].confidence = std::numeric_limits<double>::quiet_NaN();
-    auto text = file.encode();
+    file.collection[0].confidence = std::numeric_limits<double>::quiet_NaN();
+    text = file.encode();
     ASSERT_FALSE(text);
     EXPECT_EQ(text.error(), "a date or confidence is not a finite number");
 }

@@ -5,6 +5,7 @@
 #include "library/specimen.h"
 
 #include <string>
+#include <vector>
 
 namespace quarrydex::test {
 
@@ -29,6 +30,15 @@ inline Specimen makeSpecimen(const std::string& id, const std::string& name) {
     s.uses = "Testing.";
     s.habits = {"massive"};
     return s;
+}
+
+// Species "s0", "s1"... named "Species 0", "Species 1"...
+inline std::vector<Specimen> numberedSpecimens(int count) {
+    std::vector<Specimen> list;
+    for (int i = 0; i < count; ++i) {
+        list.push_back(makeSpecimen("s" + std::to_string(i), "Species " + std::to_string(i)));
+    }
+    return list;
 }
 
 } // namespace quarrydex::test

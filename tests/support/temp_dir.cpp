@@ -4,6 +4,7 @@
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
+#include <time.h>
 
 namespace quarrydex::test {
 namespace fs = std::filesystem;
@@ -18,25 +19,28 @@ TempDir::TempDir() {
 
 TempDir::~TempDir() {
     std::error_code ec;
-    // Tests may make folders read-only to provoke failures; give them back first.
-    for (auto it = fs::recursive_directory_iterator(path_, ec);
-         !ec && it != fs::recursive_directory_iterator(); it.increment(ec)) {
-        if (it->is_directory(ec)) {
-            fs::permissions(it->path(), fs::perms::owner_all, fs::perm_options::add, ec);
-        }
-    }
-    fs::permissions(path_, fs::perms::owner_all, fs::perm_options::add, ec);
     fs::remove_all(path_, ec);
+}
+
+ScopedEnv::ScopedEnv(std::string name, const std::optional<std::string>& value)
+    : name_(std::move(name)) {
+    if (const char* old = std::getenv(name_.c_str())) {
+        saved_ = old;
+    }
+    apply(name_, value);
+}
+
+ScopedEnv::~ScopedEnv() {
+    apply(name_, saved_);
+}
+
+void ScopedEnv::apply(const std::string& name, const std::optional<std::string>& value) {
+    value ? ::setenv(name.c_str(), value->c_str(), 1) : ::unsetenv(name.c_str());
+    ::tzset();
 }
 
 fs::path fixture(const std::string& name) {
     return fs::path(QUARRYDEX_TEST_DATA_DIR) / name;
-}
-
-fs::path copyFixture(const std::string& name, const fs::path& folder) {
-    fs::path target = folder / fs::path(name).filename();
-    fs::copy_file(fixture(name), target, fs::copy_options::overwrite_existing);
-    return target;
 }
 
 std::string readFile(const fs::path& path) {
@@ -49,6 +53,14 @@ std::string readFile(const fs::path& path) {
 void writeFile(const fs::path& path, const std::string& bytes) {
     std::ofstream out(path, std::ios::binary | std::ios::trunc);
     out << bytes;
+}
+
+std::set<std::string> namesIn(const fs::path& folder) {
+    std::set<std::string> names;
+    for (const auto& entry : fs::directory_iterator(folder)) {
+        names.insert(entry.path().filename().string());
+    }
+    return names;
 }
 
 } // namespace quarrydex::test

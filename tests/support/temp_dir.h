@@ -1,8 +1,10 @@
 #pragma once
-// Shared helpers for the tests: a private temporary folder per test, fixture copying
-// and whole-file reads.
+// Shared helpers for the tests: a private temporary folder per test, fixture copying,
+// whole-file reads and writes, and environment variables set for one scope.
 
 #include <filesystem>
+#include <optional>
+#include <set>
 #include <string>
 
 namespace quarrydex::test {
@@ -23,12 +25,27 @@ private:
     std::filesystem::path path_;
 };
 
+// Sets (or, given nullopt, unsets) an environment variable until the object goes away, then
+// restores the old value. TZ changes take effect at once.
+class ScopedEnv {
+public:
+    ScopedEnv(std::string name, const std::optional<std::string>& value);
+    ~ScopedEnv();
+    ScopedEnv(const ScopedEnv&) = delete;
+    ScopedEnv& operator=(const ScopedEnv&) = delete;
+
+private:
+    static void apply(const std::string& name, const std::optional<std::string>& value);
+    std::string name_;
+    std::optional<std::string> saved_;
+};
+
 // tests/data/<name>
 std::filesystem::path fixture(const std::string& name);
-// Copies tests/data/<name> into `folder` (fixtures are never changed in place).
-std::filesystem::path copyFixture(const std::string& name, const std::filesystem::path& folder);
 
 std::string readFile(const std::filesystem::path& path);
 void writeFile(const std::filesystem::path& path, const std::string& bytes);
+// The names of the entries directly inside `folder`.
+std::set<std::string> namesIn(const std::filesystem::path& folder);
 
 } // namespace quarrydex::test

@@ -7,7 +7,6 @@
 #include <QDirIterator>
 #include <QFile>
 #include <QFontInfo>
-#include <QFontMetrics>
 #include <QRawFont>
 #include <QRegularExpression>
 #include <QSet>
@@ -67,41 +66,12 @@ TEST(UiIcons, every_symbol_in_use_has_a_glyph) {
     }
 }
 
-TEST(UiIcons, the_sections_categories_and_questions_have_their_own_icons) {
-    for (const char* name : {"camera.viewfinder",
-                             "books.vertical",
-                             "star",
-                             "star.fill",
-                             "square.grid.2x2",
-                             "clock.arrow.circlepath",
-                             "externaldrive",
-                             "questionmark.circle",
-                             "cube",
-                             "diamond",
-                             "mountain.2",
-                             "leaf",
-                             "sparkles",
-                             "paintpalette",
-                             "sun.max",
-                             "cube.transparent",
-                             "hand.point.up.left",
-                             "scribble",
-                             "scalemass",
-                             "bolt.horizontal",
-                             "drop",
-                             "exclamationmark.triangle"}) {
-        EXPECT_TRUE(Icons::has(name)) << name;
-    }
-    EXPECT_NE(Icons::glyph("star"), Icons::glyph("star.fill"));
-}
-
 TEST(UiIcons, every_glyph_of_the_table_is_in_the_font) {
     ASSERT_TRUE(QFile::exists(Icons::fontFile)) << "install fonts-materialdesignicons-webfont";
     ASSERT_TRUE(Icons::loadFont());
     QRawFont raw(QString::fromUtf8(Icons::fontFile), 24);
     ASSERT_TRUE(raw.isValid());
     QFont font(Icons::family());
-    QFontMetrics metrics(font);
     ASSERT_EQ(QFontInfo(font).family(), Icons::family()) << "the icon font is not in use";
     QSet<QString> seen;
     for (const auto& g : Icons::table()) {
@@ -109,7 +79,6 @@ TEST(UiIcons, every_glyph_of_the_table_is_in_the_font) {
         EXPECT_FALSE(seen.contains(symbol)) << "listed twice: " << g.symbol;
         seen.insert(symbol);
         EXPECT_TRUE(raw.supportsCharacter(QChar(g.codePoint))) << g.symbol << " " << g.fontName;
-        EXPECT_TRUE(metrics.inFont(QChar(g.codePoint))) << g.symbol;
         EXPECT_EQ(Icons::glyph(symbol), QString(QChar(g.codePoint)));
     }
 }
@@ -120,4 +89,5 @@ TEST(UiIcons, an_unknown_name_draws_a_glyph_of_the_font_not_a_box) {
     ASSERT_EQ(fallback.size(), 1);
     EXPECT_TRUE(raw.supportsCharacter(fallback.at(0)));
     EXPECT_FALSE(Icons::has("no.such.symbol"));
+    EXPECT_NE(Icons::glyph("star"), Icons::glyph("star.fill"));
 }
