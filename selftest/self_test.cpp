@@ -72,6 +72,15 @@ private:
     fs::path path_;
 };
 
+// Answers given by question and raw value, the way a person ticks them.
+Answers answersOf(std::initializer_list<std::pair<Question, std::string_view>> given) {
+    Answers a;
+    for (auto [question, raw] : given) {
+        setAnswerRawValue(question, a, raw);
+    }
+    return a;
+}
+
 Answers quartzAnswers() {
     Answers a;
     a.color = ColorFamily::white;
@@ -241,61 +250,44 @@ void SelfTest::narrowingSection() {
         check(specimenOf("talc") && confidenceOf(identify(a), "talc") < 0.01,
               "scratches glass \u2192 talc below 1%");
     }
-    auto firstIs = [&](const Answers& a, const std::string& id) {
+    auto expectFirst = [&](const std::string& id, const std::string& name, const Answers& a) {
         auto ids = top(identify(a), 1);
-        return !ids.empty() && ids[0] == id;
+        check(!ids.empty() && ids[0] == id, name);
     };
-    {
-        Answers a;
-        a.color = ColorFamily::white;
-        a.habit = HabitAnswer::rhombs;
-        a.fizz = FizzAnswer::fizzes;
-        a.scratch = ScratchAnswer::coin;
-        check(firstIs(a, "calcite"), "white rhombs + fizz + coin scratch \u2192 calcite first");
-    }
-    {
-        Answers a;
-        a.luster = LusterAnswer::metallic;
-        a.streak = StreakAnswer::gray;
-        a.heft = HeftAnswer::heavy;
-        a.habit = HabitAnswer::cubes;
-        check(firstIs(a, "galena"), "metallic, gray streak, heavy, cubes \u2192 galena first");
-    }
-    {
-        Answers a;
-        a.color = ColorFamily::yellow;
-        a.luster = LusterAnswer::metallic;
-        a.scratch = ScratchAnswer::scratchesGlass;
-        a.streak = StreakAnswer::black;
-        check(firstIs(a, "pyrite"), "brassy, scratches glass, black streak \u2192 pyrite first");
-    }
-    {
-        Answers a;
-        a.color = ColorFamily::yellow;
-        a.luster = LusterAnswer::metallic;
-        a.scratch = ScratchAnswer::coin;
-        a.streak = StreakAnswer::yellowBrown;
-        a.heft = HeftAnswer::heavy;
-        a.habit = HabitAnswer::metalLump;
-        check(firstIs(a, "gold"), "soft, golden streak, very heavy \u2192 gold first");
-    }
-    {
-        Answers a;
-        a.luster = LusterAnswer::metallic;
-        a.streak = StreakAnswer::redBrown;
-        a.color = ColorFamily::gray;
-        a.scratch = ScratchAnswer::scratchesGlass;
-        a.heft = HeftAnswer::heavy;
-        check(firstIs(a, "hematite"), "metallic with red-brown streak \u2192 hematite first");
-    }
-    {
-        Answers a;
-        a.color = ColorFamily::black;
-        a.luster = LusterAnswer::glassy;
-        a.habit = HabitAnswer::glass;
-        a.scratch = ScratchAnswer::scratchesGlass;
-        check(firstIs(a, "obsidian"), "black glass that scratches glass \u2192 obsidian first");
-    }
+    using Q = Question;
+    expectFirst("calcite", "white rhombs + fizz + coin scratch \u2192 calcite first",
+                answersOf({{Q::color, "white"},
+                           {Q::habit, "rhombs"},
+                           {Q::fizz, "fizzes"},
+                           {Q::scratch, "coin"}}));
+    expectFirst("galena", "metallic, gray streak, heavy, cubes \u2192 galena first",
+                answersOf({{Q::luster, "metallic"},
+                           {Q::streak, "gray"},
+                           {Q::heft, "heavy"},
+                           {Q::habit, "cubes"}}));
+    expectFirst("pyrite", "brassy, scratches glass, black streak \u2192 pyrite first",
+                answersOf({{Q::color, "yellow"},
+                           {Q::luster, "metallic"},
+                           {Q::scratch, "scratchesGlass"},
+                           {Q::streak, "black"}}));
+    expectFirst("gold", "soft, golden streak, very heavy \u2192 gold first",
+                answersOf({{Q::color, "yellow"},
+                           {Q::luster, "metallic"},
+                           {Q::scratch, "coin"},
+                           {Q::streak, "yellowBrown"},
+                           {Q::heft, "heavy"},
+                           {Q::habit, "metalLump"}}));
+    expectFirst("hematite", "metallic with red-brown streak \u2192 hematite first",
+                answersOf({{Q::luster, "metallic"},
+                           {Q::streak, "redBrown"},
+                           {Q::color, "gray"},
+                           {Q::scratch, "scratchesGlass"},
+                           {Q::heft, "heavy"}}));
+    expectFirst("obsidian", "black glass that scratches glass \u2192 obsidian first",
+                answersOf({{Q::color, "black"},
+                           {Q::luster, "glassy"},
+                           {Q::habit, "glass"},
+                           {Q::scratch, "scratchesGlass"}}));
     {
         Answers a;
         a.color = ColorFamily::pink;
@@ -314,12 +306,8 @@ void SelfTest::narrowingSection() {
         check(specimenOf("rhodochrosite") && !contains(top(identify(a), 3), "rhodochrosite"),
               "pink, no fizz, hard \u2192 rhodochrosite out of top 3");
     }
-    {
-        Answers a;
-        a.heft = HeftAnswer::light;
-        a.habit = HabitAnswer::holes;
-        check(firstIs(a, "pumice"), "light with holes \u2192 pumice first");
-    }
+    expectFirst("pumice", "light with holes \u2192 pumice first",
+                answersOf({{Q::heft, "light"}, {Q::habit, "holes"}}));
 
     Answers galena;
     galena.luster = LusterAnswer::metallic;
