@@ -31,7 +31,6 @@
 #include <string>
 #include <string_view>
 #include <utility>
-#include <variant>
 #include <vector>
 
 namespace quarrydex {
@@ -117,30 +116,7 @@ private:
 };
 
 // A value or the BackupError that refused it.
-template <class T> class [[nodiscard]] BackupResult {
-public:
-    BackupResult(T value) : state_(std::move(value)) {}
-    BackupResult(BackupError error) : state_(std::move(error)) {}
-
-    explicit operator bool() const { return std::holds_alternative<T>(state_); }
-    bool ok() const { return bool(*this); }
-
-    T& value() & { return std::get<T>(state_); }
-    const T& value() const& { return std::get<T>(state_); }
-    T&& value() && { return std::get<T>(std::move(state_)); }
-    T* operator->() { return &value(); }
-    const T* operator->() const { return &value(); }
-    T& operator*() & { return value(); }
-    const T& operator*() const& { return value(); }
-
-    // Only for a failed result.
-    const BackupError& error() const { return std::get<BackupError>(state_); }
-    // The refusal's sentence; empty for a success (handy in test failure messages).
-    std::string description() const { return ok() ? std::string() : error().description(); }
-
-private:
-    std::variant<T, BackupError> state_;
-};
+template <class T> using BackupResult = Result<T, BackupError>;
 
 // A backup read from a file with its photos set aside in a private staging folder rather
 // than in memory, so a collection of any size restores within a few megabytes. The

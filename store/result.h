@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <string>
+#include <type_traits>
 #include <utility>
 #include <variant>
 
@@ -13,10 +14,12 @@ struct Error {
     std::string message;
 };
 
-template <class T> class [[nodiscard]] Result {
+// `E` is the error type: Error (a message) by default; a subsystem with errors of its own
+// kinds (backups) uses its own type and gets the same interface.
+template <class T, class E = Error> class [[nodiscard]] Result {
 public:
     Result(T value) : state_(std::move(value)) {}
-    Result(Error error) : state_(std::move(error)) {}
+    Result(E error) : state_(std::move(error)) {}
 
     explicit operator bool() const { return std::holds_alternative<T>(state_); }
     bool ok() const { return bool(*this); }
@@ -29,14 +32,23 @@ public:
     T& operator*() & { return value(); }
     const T& operator*() const& { return value(); }
 
-    // The message of a failed result; empty for a success.
-    const std::string& error() const {
-        static const std::string none;
-        return ok() ? none : std::get<Error>(state_).message;
+    // With Error: the message of a failed result, empty for a success. With another
+    // error type: the error itself, only for a failed result.
+    decltype(auto) error() const {
+        if constexpr (std::is_same_v<E, Error>) {
+            static const std::string none;
+            return ok() ? none : std::get<Error>(state_).message;
+        } else {
+            return static_cast<const E&>(std::get<E>(state_));
+        }
     }
 
+    // The error's sentence; empty for a success (handy in test failure messages).
+    std::string description() const requires requires(const E& e) { e.description(); }
+    { return ok() ? std::string() : error().description(); }
+
 private:
-    std::variant<T, Error> state_;
+    std::variant<T, E> state_;
 };
 
 // Success or an error, for operations that return nothing.
