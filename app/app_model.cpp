@@ -91,6 +91,9 @@ AppModel::AppModel(std::shared_ptr<const SpecimenLibrary> library,
     if (!library_) {
         std::abort(); // a programming error: the model is always built over a library
     }
+    for ([[maybe_unused]] AppSection section : allAppSections()) {
+        navigators_.push_back(new SectionNavigator(this));
+    }
     storeObserver_ = store_.observe([this] { onStoreChanged(); });
     canIdentify_ = canIdentify();
     hasSamples_ = store_.hasSamples();
@@ -136,6 +139,39 @@ QString AppModel::demoDetail() const {
 QString AppModel::demoDetailName() const {
     const Specimen* s = demoDetail_ ? library_->specimen(*demoDetail_) : nullptr;
     return s ? qs(s->name) : QString();
+}
+
+SectionNavigator* AppModel::navigation(const QString& section) const {
+    auto wanted = appSectionFromRaw(utf8(section));
+    const auto& all = allAppSections();
+    for (std::size_t i = 0; wanted && i < all.size(); ++i) {
+        if (all[i] == *wanted) {
+            return navigators_[i];
+        }
+    }
+    return nullptr;
+}
+
+QString AppModel::specimenName(const QString& specimenId) const {
+    const Specimen* s = library_->specimen(utf8(specimenId));
+    return s ? qs(s->name) : QString();
+}
+
+QStringList AppModel::favorites() const {
+    QStringList out;
+    for (const std::string& id : store_.favorites()) {
+        out.append(qs(id));
+    }
+    return out;
+}
+
+bool AppModel::isFavorite(const QString& specimenId) const {
+    const auto& favorites = store_.favorites();
+    return std::find(favorites.begin(), favorites.end(), utf8(specimenId)) != favorites.end();
+}
+
+void AppModel::toggleFavorite(const QString& specimenId) {
+    store_.toggleFavorite(utf8(specimenId));
 }
 
 void AppModel::setDemoDetail(const QString& specimenId) {
@@ -488,8 +524,7 @@ void AppModel::loadDemoData() {
         store_.add(std::move(entry));
     }
     for (const char* id : kDemoFavorites) {
-        const auto& favorites = store_.favorites();
-        if (std::find(favorites.begin(), favorites.end(), id) == favorites.end()) {
+        if (!isFavorite(QString::fromUtf8(id))) {
             store_.toggleFavorite(id);
         }
     }

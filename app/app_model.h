@@ -11,6 +11,7 @@
 
 #include "app/app_section.h"
 #include "app/candidate_list_model.h"
+#include "app/section_navigator.h"
 #include "identify/answers.h"
 #include "identify/matcher.h"
 #include "identify/rgb.h"
@@ -21,6 +22,7 @@
 #include <QByteArray>
 #include <QObject>
 #include <QString>
+#include <QStringList>
 #include <QUrl>
 #include <QVariantList>
 #include <QVariantMap>
@@ -91,6 +93,7 @@ class AppModel : public QObject {
     Q_PROPERTY(QString libraryError READ libraryError CONSTANT)
     // The store's last failure (a save or photo write); "" is none. See clearStoreError().
     Q_PROPERTY(QString storeError READ storeError NOTIFY storeChanged)
+    Q_PROPERTY(QStringList favorites READ favorites NOTIFY storeChanged)
 
 public:
     static constexpr int candidateLimit = 8;
@@ -165,6 +168,16 @@ public:
 
     // The answer to a question as its raw value; "" when unanswered or the question is unknown.
     Q_INVOKABLE QString answer(const QString& question) const;
+    // The navigation stack of a section by raw value (details opened over its main screen);
+    // null for an unknown section. Owned by the model.
+    Q_INVOKABLE quarrydex::SectionNavigator* navigation(const QString& section) const;
+    // A library species' name; "" for an unknown id.
+    Q_INVOKABLE QString specimenName(const QString& specimenId) const;
+    // The store's favourites (library ids, unknown ones included); bindings that read it
+    // follow every change of the store.
+    QStringList favorites() const;
+    Q_INVOKABLE bool isFavorite(const QString& specimenId) const;
+    Q_INVOKABLE void toggleFavorite(const QString& specimenId);
     // Sets an answer by raw values ("" clears it). False, and nothing changes, for an unknown
     // question or answer.
     Q_INVOKABLE bool setAnswer(const QString& question, const QString& raw);
@@ -242,7 +255,8 @@ private:
     bool canIdentify_ = false;
     bool hasSamples_ = false;
 
-    CandidateListModel* candidates_; // child object
+    CandidateListModel* candidates_;            // child object
+    std::vector<SectionNavigator*> navigators_; // child objects, one per section in order
 };
 
 } // namespace quarrydex

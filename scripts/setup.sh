@@ -14,6 +14,7 @@ packages=(
   qml6-module-qtquick-window qml6-module-qtquick-templates qml6-module-qtquick-dialogs
   qml6-module-qtqml-workerscript qml6-module-qtmultimedia qml6-module-qtcore
   qml6-module-qt-labs-settings qml6-module-qt-labs-platform qml6-module-qttest
+  qml6-module-qt-labs-folderlistmodel
   fonts-materialdesignicons-webfont
   # tests and benchmarks
   libgtest-dev libgmock-dev libbenchmark-dev libjpeg-turbo-progs

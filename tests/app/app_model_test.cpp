@@ -334,6 +334,21 @@ private Q_SLOTS:
         QCOMPARE(m.demoDetail(), QStringLiteral("s2"));
         m.setDemoDetail("not-in-the-library");
         QCOMPARE(m.demoDetail(), QString());
+
+        // Each section keeps its own way back; unknown sections have none.
+        QVERIFY(m.navigation("library") && m.navigation("history"));
+        QVERIFY(m.navigation("library") != m.navigation("history"));
+        QCOMPARE(m.navigation("settings"), nullptr);
+        QCOMPARE(m.specimenName("s2"), QStringLiteral("Species 2"));
+        QCOMPARE(m.specimenName("not-in-the-library"), QString());
+
+        QSignalSpy stored(&m, &AppModel::storeChanged);
+        m.toggleFavorite("s2");
+        QVERIFY(m.isFavorite("s2"));
+        QCOMPARE(m.favorites(), QStringList{"s2"});
+        m.toggleFavorite("s2");
+        QVERIFY(!m.isFavorite("s2"));
+        QCOMPARE(stored.count(), 2);
     }
 
     // --- The sample collection

@@ -61,8 +61,7 @@ ThemedWindow {
                 SplitView.fillWidth: true
                 sourceComponent: AppModel.libraryError !== "" ? libraryProblem
                                : AppModel.demoDetail !== "" ? demoDetail
-                               : window.currentSection.raw === "about" ? aboutScreen
-                               : placeholder
+                               : window.screens[window.currentSection.raw]
             }
         }
     }
@@ -87,13 +86,18 @@ ThemedWindow {
             onAboutRequested: aboutDialog.open()
         }
     }
-    Component {
-        id: placeholder
-        PlaceholderScreen {
-            title: window.currentSection.title
-            symbol: window.currentSection.symbol
-        }
-    }
+    // One screen per section, made when the section is shown.
+    readonly property var screens: ({
+        identify: identifyScreen, library: libraryScreen, favorites: favoritesScreen,
+        collection: collectionScreen, history: historyScreen, backup: backupScreen,
+        about: aboutScreen
+    })
+    Component { id: identifyScreen; IdentifyScreen {} }
+    Component { id: libraryScreen; LibraryScreen {} }
+    Component { id: favoritesScreen; FavoritesScreen {} }
+    Component { id: collectionScreen; CollectionScreen {} }
+    Component { id: historyScreen; HistoryScreen {} }
+    Component { id: backupScreen; BackupScreen {} }
 
     HelpWindow {
         id: helpWindow
