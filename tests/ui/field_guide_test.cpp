@@ -14,10 +14,13 @@
 #include <QDir>
 #include <QGuiApplication>
 #include <QImage>
+#include <QPainter>
 #include <QQmlApplicationEngine>
+#include <QQmlComponent>
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QSettings>
+#include <QSignalSpy>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
@@ -34,9 +37,20 @@ using quarrydex::ui::VxZoom;
 
 namespace {
 
+// A photo of a lit, rounded stone of that colour on a dark cloth.
 QByteArray jpegOf(const QColor& color, QSize size = {240, 180}) {
     QImage image(size, QImage::Format_RGB32);
-    image.fill(color);
+    image.fill(color.darker(400));
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    QRadialGradient light(QPointF(size.width() * 0.4, size.height() * 0.35), size.height() * 0.6);
+    light.setColorAt(0, color.lighter(150));
+    light.setColorAt(1, color.darker(150));
+    painter.setBrush(light);
+    painter.setPen(Qt::NoPen);
+    painter.drawEllipse(
+        QRectF(size.width() * 0.2, size.height() * 0.15, size.width() * 0.6, size.height() * 0.7));
+    painter.end();
     QByteArray bytes;
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);
@@ -324,6 +338,43 @@ private Q_SLOTS:
         QVERIFY(model_.demoDetail().isEmpty());
     }
 
+    // As the identify screen opens it from a result row: the session photo and the share.
+    void a_detail_from_a_result_shows_the_session_photo_while_there_is_one() {
+        go(QStringLiteral("library"));
+        QQmlComponent component(
+            engine_.get(), QUrl(QStringLiteral("qrc:/Quarrydex/screens/SpecimenDetailScreen.qml")));
+        std::unique_ptr<QObject> object(component.createWithInitialProperties(
+            {{"specimenId", "amethyst"}, {"confidence", 0.31}, {"showSessionPhoto", true}}));
+        QVERIFY2(object, qPrintable(component.errorString()));
+        auto* detail = qobject_cast<QQuickItem*>(object.get());
+        detail->setParentItem(window_->contentItem());
+        detail->setSize(window_->contentItem()->size());
+        QSignalSpy added(detail, SIGNAL(addToCollection(QString, double)));
+
+        QVERIFY(model_.setPhoto(jpegOf(QColor("#7A5AA8"), {800, 600})));
+        QQuickItem* photo = findItem(detail, QStringLiteral("sessionPhoto"));
+        QVERIFY(photo->isVisible());
+        QTRY_VERIFY(photo->property("showsPhoto").toBool());
+        QCOMPARE(textOf(findItem(detail, QStringLiteral("matchShare"))),
+                 QStringLiteral("Match share: 31% of the library"));
+        // "Add to My Collection" waits for its host to offer it.
+        QQuickItem* add = findItem(detail, QStringLiteral("addToCollection"));
+        QVERIFY(!add->isEnabled());
+        detail->setProperty("canAddToCollection", true);
+        QVERIFY(add->isEnabled());
+        QMetaObject::invokeMethod(add, "clicked");
+        QCOMPARE(added.count(), 1);
+        QCOMPARE(added[0][0].toString(), QStringLiteral("amethyst"));
+        QCOMPARE(added[0][1].toDouble(), 0.31);
+
+        model_.clearPhoto();
+        QVERIFY(!photo->isVisible());
+        detail->setProperty("showSessionPhoto", false);
+        QVERIFY(model_.setPhoto(jpegOf(QColor("#4CC79A"))));
+        QVERIFY(!photo->isVisible());
+        model_.startOver();
+    }
+
     void favorites_lists_known_species_by_name_and_removes_them() {
         for (const QString& id : QStringList{"quartz", "no-such-stone", "amethyst"}) {
             model_.toggleFavorite(id);
@@ -528,7 +579,7 @@ private Q_SLOTS:
             HistoryEntry e = identification(
                 {{i % 2 ? "amethyst" : "calcite", 0.6 - i * 0.05}, {"fluorite", 0.2}},
                 {"Photo color", "Color: Purple", "Luster: Glassy"}, i % 3 ? "likely" : "strong");
-            if (i % 3 != 2) {
+            if (i % 3 != 0) {
                 e.photoFile = store.storePhoto(jpegOf(QColor(colors[i % 3])).toStdString(), e.id);
             }
             store.addHistory(e);
@@ -540,7 +591,8 @@ private Q_SLOTS:
             QTest::qWait(150);
             QVERIFY(window_->grabWindow().save(folder + "/" + name + ".png"));
         };
-        for (const QString& theme : QStringList{"malachite", "obsidian", "hematite", "rosequartz"}) {
+        for (const QString& theme :
+             QStringList{"malachite", "obsidian", "hematite", "rosequartz"}) {
             Theme::instance()->setThemeID(theme);
             for (int zoom : {100, 200}) {
                 if (zoom == 200 && theme != QLatin1String("malachite")) {

@@ -17,6 +17,7 @@ Dialog {
     modal: true
     anchors.centerIn: Overlay.overlay
     padding: Theme.margin
+    contentWidth: Theme.dialogWidth * 3 / 2
     closePolicy: Popup.CloseOnEscape
 
     Overlay.modal: Rectangle {
@@ -35,7 +36,7 @@ Dialog {
 
     ColumnLayout {
         spacing: Theme.spacing
-        width: Theme.dialogWidth * 3 / 2
+        width: parent.width
 
         Text {
             objectName: "confirmTitle"

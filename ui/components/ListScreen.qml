@@ -138,7 +138,7 @@ FocusScope {
                 currentIndex: -1
                 reuseItems: true
                 ScrollBar.vertical: ScrollBar {
-                    policy: list.contentHeight > list.height ? ScrollBar.AlwaysOn : ScrollBar.AsNeeded
+                    policy: list.contentHeight > list.height ? ScrollBar.AlwaysOn : ScrollBar.AlwaysOff
                 }
 
                 Keys.onReturnPressed: screen.openCurrent()

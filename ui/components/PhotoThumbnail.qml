@@ -51,7 +51,6 @@ Item {
         visible: thumb.showsPhoto && thumb.crop
         anchors.fill: parent
         color: Theme.clear
-        radius: Math.round(Math.min(thumb.width, thumb.height) / 8)
         border.width: Theme.hairlineWidth
         border.color: Theme.hairline
     }

@@ -27,7 +27,7 @@ FocusScope {
         contentHeight: content.implicitHeight + 2 * Theme.margin
         boundsBehavior: Flickable.StopAtBounds
         ScrollBar.vertical: ScrollBar {
-            policy: flick.contentHeight > flick.height ? ScrollBar.AlwaysOn : ScrollBar.AsNeeded
+            policy: flick.contentHeight > flick.height ? ScrollBar.AlwaysOn : ScrollBar.AlwaysOff
         }
 
         ColumnLayout {

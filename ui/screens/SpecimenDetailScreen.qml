@@ -37,7 +37,7 @@ FocusScope {
         contentHeight: content.implicitHeight + 2 * Theme.margin
         boundsBehavior: Flickable.StopAtBounds
         ScrollBar.vertical: ScrollBar {
-            policy: flick.contentHeight > flick.height ? ScrollBar.AlwaysOn : ScrollBar.AsNeeded
+            policy: flick.contentHeight > flick.height ? ScrollBar.AlwaysOn : ScrollBar.AlwaysOff
         }
         Keys.onUpPressed: flick.contentY = Math.max(0, flick.contentY - Theme.rowHeight)
         Keys.onDownPressed: flick.contentY = Math.max(0, Math.min(flick.contentHeight - flick.height,
@@ -90,13 +90,14 @@ FocusScope {
                         wrapMode: Text.WordWrap
                         Layout.fillWidth: true
                     }
-                    Flow {
+                    RowLayout {
                         spacing: Theme.spacing
-                        Layout.fillWidth: true
                         Layout.topMargin: Theme.spacingSmall
 
                         Rectangle {
                             objectName: "savedOffline"
+                            Layout.preferredWidth: implicitWidth
+                            Layout.preferredHeight: implicitHeight
                             implicitWidth: offlineRow.implicitWidth + 2 * Theme.spacing
                             implicitHeight: offlineRow.implicitHeight + Theme.spacing
                             radius: height / 2
