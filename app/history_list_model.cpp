@@ -132,6 +132,13 @@ HistoryRow HistoryListModel::rowFor(const HistoryEntry& entry) const {
 }
 
 void HistoryListModel::rebuild() {
+    // Most store changes (a star, a collection piece) leave the history as it was.
+    if (store_.history() == shownHistory_) {
+        ++revision_;
+        Q_EMIT revisionChanged();
+        return;
+    }
+    shownHistory_ = store_.history();
     std::vector<HistoryRow> next;
     next.reserve(store_.history().size());
     std::unordered_set<QString> seen;

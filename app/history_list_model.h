@@ -98,7 +98,8 @@ private:
     StoneStore& store_;
     StoneStore::ObserverId observer_ = 0;
     QString query_;
-    std::vector<HistoryRow> all_; // every entry, store order
+    std::vector<HistoryRow> all_;            // every entry, store order
+    std::vector<HistoryEntry> shownHistory_; // what all_ was made from
     int revision_ = 0;
     int total_ = 0;
 };

@@ -13,6 +13,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <functional>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -94,9 +95,8 @@ void BM_LibraryCategorySwitch(benchmark::State& state) {
 }
 BENCHMARK(BM_LibraryCategorySwitch)->Unit(benchmark::kMicrosecond);
 
-void BM_HistorySearchKeystroke(benchmark::State& state) {
-    Folder folder;
-    StoneStore store(folder.path());
+// A store holding a full history of 300 identifications with five results each.
+void fillHistory(StoneStore& store) {
     const auto& all = library().specimens();
     StoneDataFile file;
     for (int i = 0; i < 300; ++i) {
@@ -112,12 +112,36 @@ void BM_HistorySearchKeystroke(benchmark::State& state) {
         file.history.push_back(entry);
     }
     store.merge({}, file.history, {});
+}
+
+void BM_HistorySearchKeystroke(benchmark::State& state) {
+    Folder folder;
+    StoneStore store(folder.path());
+    fillHistory(store);
     HistoryListModel model(library(), store);
     const auto typed = keystrokes(QStringLiteral("calcite"));
     typeInto(state, typed, [&](const QString& q) { model.setQuery(q); });
     state.counters["entries"] = static_cast<double>(model.totalCount());
 }
 BENCHMARK(BM_HistorySearchKeystroke)->Unit(benchmark::kMicrosecond);
+
+// A star toggled with a full history: the store's save alone (0), and with the library and
+// history lists following the change notice (1). The difference is what the lists add.
+void BM_StarToggleWithFullHistory(benchmark::State& state) {
+    Folder folder;
+    StoneStore store(folder.path());
+    fillHistory(store);
+    std::optional<HistoryListModel> history;
+    std::optional<LibraryListModel> species;
+    if (state.range(0)) {
+        history.emplace(library(), store);
+        species.emplace(library(), store);
+    }
+    for (auto _ : state) {
+        store.toggleFavorite("quartz");
+    }
+}
+BENCHMARK(BM_StarToggleWithFullHistory)->Arg(0)->Arg(1)->Unit(benchmark::kMicrosecond);
 
 } // namespace
 

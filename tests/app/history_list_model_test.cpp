@@ -113,6 +113,12 @@ private Q_SLOTS:
         QCOMPARE(changed.count(), 1);
         QCOMPARE(inserted.count(), 0);
 
+        // A change elsewhere in the store leaves the rows alone but tells the detail to look.
+        const int revision = model.revision();
+        store.toggleFavorite("fluorite");
+        QCOMPARE(changed.count(), 1);
+        QVERIFY(model.revision() > revision);
+
         model.setQuery(QStringLiteral("  FIZZ"));
         QCOMPARE(tops(model), QStringList{"Calcite"});
         model.setQuery(QStringLiteral("nov 2026"));
