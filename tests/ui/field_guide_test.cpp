@@ -280,11 +280,13 @@ private Q_SLOTS:
         const QString other = looks[linked].toMap()["specimenId"].toString();
         QQuickItem* name = findAll(detail, QStringLiteral("lookAlikeName")).value(linked);
         QVERIFY(name);
-        // From the keyboard: the linked name takes the focus and Return opens it.
+        // From the keyboard: the linked name takes the focus, which scrolls it into view, and
+        // Return opens it over this one.
         QQuickItem* flick = findItem(detail, QStringLiteral("detailFlick"));
-        flick->setProperty("contentY", 200);
         name->forceActiveFocus();
         QVERIFY(name->hasActiveFocus());
+        settle(window_);
+        QVERIFY(window_->contentItem()->contains(centreOf(name)));
         key(Qt::Key_Return);
         QCOMPARE(depth("library"), 2);
         QCOMPARE(model_.navigation(QStringLiteral("library"))->itemId(), other);
@@ -294,6 +296,16 @@ private Q_SLOTS:
         QCOMPARE(flick->property("contentY").toReal(), 0.0);
         key(Qt::Key_Backspace);
         QCOMPARE(model_.navigation(QStringLiteral("library"))->itemId(), QStringLiteral("basalt"));
+
+        // The mouse does the same.
+        name = findAll(visible(QStringLiteral("specimenDetailScreen")),
+                       QStringLiteral("lookAlikeName"))
+                   .value(linked);
+        name->forceActiveFocus();
+        click(name);
+        QCOMPARE(model_.navigation(QStringLiteral("library"))->itemId(), other);
+        key(Qt::Key_Left, Qt::AltModifier);
+        QCOMPARE(depth("library"), 1);
     }
 
     void starring_on_the_detail_changes_the_row_and_favorites_at_once_and_again_removes_it() {
