@@ -1,5 +1,6 @@
 #include "app/app_model.h"
 
+#include "app/specimen_facts.h"
 #include "identify/image_tools.h"
 #include "identify/question.h"
 #include "samples/sample_set.h"
@@ -95,11 +96,18 @@ AppModel::AppModel(std::shared_ptr<const SpecimenLibrary> library,
         navigators_.push_back(new SectionNavigator(this));
     }
     storeObserver_ = store_.observe([this] { onStoreChanged(); });
+    libraryList_ = new LibraryListModel(*library_, store_, this);
+    favoritesList_ = new FavoritesListModel(*library_, store_, this);
+    historyList_ = new HistoryListModel(*library_, store_, this);
     canIdentify_ = canIdentify();
     hasSamples_ = store_.hasSamples();
 }
 
 AppModel::~AppModel() {
+    // The list models observe the store, which goes before the children do.
+    delete libraryList_;
+    delete favoritesList_;
+    delete historyList_;
     store_.unobserve(storeObserver_);
 }
 
@@ -172,6 +180,21 @@ bool AppModel::isFavorite(const QString& specimenId) const {
 
 void AppModel::toggleFavorite(const QString& specimenId) {
     store_.toggleFavorite(utf8(specimenId));
+}
+
+QVariantMap AppModel::specimenDetail(const QString& specimenId, double confidence) const {
+    return specimenFacts(library_->specimen(utf8(specimenId)), *library_,
+                         confidence >= 0 ? std::optional<double>(confidence) : std::nullopt);
+}
+
+void AppModel::deleteHistory(const QString& entryId) {
+    if (auto id = Uuid::parse(utf8(entryId))) {
+        store_.deleteHistory(*id);
+    }
+}
+
+void AppModel::clearHistory() {
+    store_.clearHistory();
 }
 
 void AppModel::setDemoDetail(const QString& specimenId) {
