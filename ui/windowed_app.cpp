@@ -4,6 +4,7 @@
 #include "ui/help.h"
 #include "ui/icons.h"
 #include "ui/kit/kit_host.h"
+#include "ui/session_photo_provider.h"
 #include "ui/theme.h"
 
 #include <QGuiApplication>
@@ -87,7 +88,13 @@ void installKit() {
     kit->setHelpHook([](const QString& topic) { QuarrydexHelp::instance()->show(topic); });
 }
 
+namespace {
+// The model the engines show (registerModel), for the session photo's image provider.
+AppModel* registeredModel = nullptr;
+} // namespace
+
 void registerModel(AppModel* model) {
+    registeredModel = model;
     qmlRegisterSingletonInstance("Quarrydex", 1, 0, "AppModel", model);
 }
 
@@ -95,6 +102,10 @@ void prepareEngine(QQmlEngine& engine) {
     // Qt 6.4 looks for modules in "qrc:/qt-project.org/imports" but not at the resource root,
     // where qt_add_qml_module puts this one.
     engine.addImportPath(QStringLiteral("qrc:/"));
+    if (registeredModel) {
+        engine.addImageProvider(QString::fromLatin1(SessionPhotoProvider::name),
+                                new SessionPhotoProvider(registeredModel));
+    }
 }
 
 QUrl mainWindowUrl() {

@@ -40,7 +40,8 @@ void describeApplication();
 void installKit();
 // Makes `model` the `AppModel` singleton of the QML module, for every engine of the process.
 void registerModel(AppModel* model);
-// Lets `engine` find the module's qmldir, which is compiled into the program's resources.
+// Lets `engine` find the module's qmldir, which is compiled into the program's resources,
+// and gives it the session photo of the model registered before (image://sessionphoto).
 void prepareEngine(QQmlEngine& engine);
 // The main window's QML.
 QUrl mainWindowUrl();
