@@ -11,12 +11,12 @@
 #include "ui/windowed_app.h"
 
 #include <QBuffer>
+#include <QCameraDevice>
 #include <QClipboard>
 #include <QDir>
 #include <QFile>
 #include <QGuiApplication>
 #include <QImage>
-#include <QCameraDevice>
 #include <QMediaDevices>
 #include <QMimeData>
 #include <QQmlApplicationEngine>
@@ -646,11 +646,12 @@ private Q_SLOTS:
             Theme::instance()->setThemeID(id);
             for (int zoom : {100, 200}) {
                 VxZoom::instance()->setLevel(zoom);
+                // At 200 % a window twice as large, so the whole screen is in the picture.
+                window_->resize(zoom == 100 ? QSize(1200, 800) : QSize(2000, 1500));
                 const QString suffix = id + "-" + QString::number(zoom);
                 model_.startOver();
-                model_.setPhotoError({});
-                shoot("identify-empty-" + suffix);
                 model_.setPhotoError(kBadPhoto);
+                shoot("identify-empty-" + suffix);
                 model_.loadDemoSession();
                 QVERIFY(model_.setAnswer(QStringLiteral("magnet"), QStringLiteral("attracts")));
                 shoot("identify-photo-" + suffix);
@@ -661,6 +662,7 @@ private Q_SLOTS:
             }
         }
         VxZoom::instance()->setLevel(100);
+        window_->resize(1200, 800);
     }
 };
 

@@ -62,15 +62,25 @@ RowLayout {
         onActivated: index => AppModel.setAnswer(row.question.raw,
                                                  index > 0 ? choices[index - 1].raw : "")
         font.pixelSize: Theme.fontBody
+        leftPadding: Theme.spacing
         Layout.preferredWidth: Theme.dialogWidth
         Layout.alignment: Qt.AlignTop
         Accessible.name: row.question.title
         Keys.onReturnPressed: row.submitted()
         Keys.onEnterPressed: row.submitted()
 
-        FocusRing {
-            shown: picker.visualFocus
+        background: Rectangle {
+            implicitHeight: Theme.rowHeight
             radius: Theme.spacing
+            color: picker.down ? Theme.surfaceRaised
+                 : picker.hovered ? Qt.lighter(Theme.surface, 1.25) : Theme.surface
+            border.width: Theme.hairlineWidth
+            border.color: picker.currentIndex > 0 ? Theme.accent : Theme.hairline
+
+            FocusRing {
+                shown: picker.visualFocus
+                radius: Theme.spacing + Theme.spacingSmall
+            }
         }
     }
 }

@@ -508,7 +508,7 @@ FocusScope {
                     enabled: AppModel.canIdentify
                     glyph: Icons.glyph("magnifyingglass")
                     glyphFamily: Icons.family
-                    Layout.preferredWidth: Theme.buttonWidth * 3
+                    horizontalPadding: Theme.spacingLarge * 2
                     Layout.alignment: Qt.AlignHCenter
                     onClicked: screen.identify()
                 }
