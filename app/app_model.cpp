@@ -7,6 +7,10 @@
 #include "store/acquisition.h"
 
 #include <QFile>
+#include <QFuture>
+#include <QFutureWatcher>
+#include <QPromise>
+#include <QThreadPool>
 #include <algorithm>
 #include <cstdlib>
 #include <iterator>
@@ -79,6 +83,40 @@ Answers demoSessionAnswers() {
 
 } // namespace
 
+// Made on any thread, applied on the model's.
+struct PreparedPhoto {
+    bool usable = false;
+    QByteArray jpeg;
+    std::optional<RGB> color;
+};
+
+namespace {
+
+PreparedPhoto preparePhoto(std::string_view data) {
+    PreparedPhoto out;
+    try {
+        if (auto prepared = SamplePipeline::prepare(data)) {
+            out.usable = true;
+            out.jpeg = toByteArray(prepared->jpeg);
+            out.color = prepared->color;
+        }
+    } catch (const std::exception&) {
+        // Not a usable image (out of memory on a huge one included): reported as such.
+    }
+    return out;
+}
+
+PreparedPhoto prepareFile(const QUrl& file) {
+    const QString path = file.isLocalFile() ? file.toLocalFile() : file.toString();
+    QFile in(path);
+    if (path.isEmpty() || !in.open(QIODevice::ReadOnly)) {
+        return {};
+    }
+    return preparePhoto(bytesOf(in.readAll()));
+}
+
+} // namespace
+
 AppModel::AppModel(std::shared_ptr<const SpecimenLibrary> library,
                    const std::filesystem::path& storeRoot, QObject* parent)
     : AppModel(std::move(library), storeRoot, SampleSet::bundled(), parent) {}
@@ -99,6 +137,10 @@ AppModel::AppModel(std::shared_ptr<const SpecimenLibrary> library,
     libraryList_ = new LibraryListModel(*library_, store_, this);
     favoritesList_ = new FavoritesListModel(*library_, store_, this);
     historyList_ = new HistoryListModel(*library_, store_, this);
+    candidates_->setFavoriteTest([this](const std::string& id) {
+        const auto& favorites = store_.favorites();
+        return std::find(favorites.begin(), favorites.end(), id) != favorites.end();
+    });
     canIdentify_ = canIdentify();
     hasSamples_ = store_.hasSamples();
 }
@@ -245,13 +287,22 @@ void AppModel::setPhotoState(QByteArray data, std::optional<RGB> color) {
 }
 
 bool AppModel::setPhoto(const QByteArray& data) {
-    auto prepared = SamplePipeline::prepare(bytesOf(data));
-    if (!prepared) {
+    cancelPreparation();
+    return applyPreparedPhoto(preparePhoto(bytesOf(data)));
+}
+
+bool AppModel::setPhotoFromFile(const QUrl& file) {
+    cancelPreparation();
+    return applyPreparedPhoto(prepareFile(file));
+}
+
+bool AppModel::applyPreparedPhoto(const PreparedPhoto& prepared) {
+    if (!prepared.usable) {
         setPhotoError(kPhotoUnreadable);
         return false;
     }
     setPhotoError(QString());
-    setPhotoState(toByteArray(prepared->jpeg), prepared->color);
+    setPhotoState(prepared.jpeg, prepared.color);
     sessionPhotoFile_.reset(); // the new photo is stored on the next run
     if (hasRun_) {
         run();
@@ -259,17 +310,59 @@ bool AppModel::setPhoto(const QByteArray& data) {
     return true;
 }
 
-bool AppModel::setPhotoFromFile(const QUrl& file) {
-    const QString path = file.isLocalFile() ? file.toLocalFile() : file.toString();
-    QFile in(path);
-    if (path.isEmpty() || !in.open(QIODevice::ReadOnly)) {
-        setPhotoError(kPhotoUnreadable);
-        return false;
+void AppModel::setPhotoAsync(const QByteArray& data) {
+    prepareInBackground([data] { return preparePhoto(bytesOf(data)); }, {});
+}
+
+void AppModel::setPhotoFromFileAsync(const QUrl& file) {
+    prepareInBackground([file] { return prepareFile(file); }, {});
+}
+
+void AppModel::prepareInBackground(std::function<PreparedPhoto()> prepare,
+                                   std::function<void()> afterAccepted) {
+    const int generation = ++photoGeneration_;
+    setPreparingPhoto(true);
+
+    auto promise = std::make_shared<QPromise<PreparedPhoto>>();
+    auto* watcher = new QFutureWatcher<PreparedPhoto>(this);
+    connect(watcher, &QFutureWatcherBase::finished, this,
+            [this, watcher, generation, afterAccepted = std::move(afterAccepted)] {
+                watcher->deleteLater();
+                if (generation != photoGeneration_) {
+                    return; // overtaken by a later photo
+                }
+                setPreparingPhoto(false);
+                const bool accepted = applyPreparedPhoto(watcher->result());
+                if (accepted && afterAccepted) {
+                    afterAccepted();
+                }
+                Q_EMIT photoPrepared(accepted);
+            });
+    watcher->setFuture(promise->future());
+    promise->start();
+    // The worker holds only the promise and its inputs: a model destroyed meanwhile takes
+    // its watcher along, and the outcome goes nowhere.
+    QThreadPool::globalInstance()->start([promise, prepare = std::move(prepare)] {
+        promise->addResult(prepare());
+        promise->finish();
+    });
+}
+
+void AppModel::cancelPreparation() {
+    ++photoGeneration_;
+    setPreparingPhoto(false);
+}
+
+void AppModel::setPreparingPhoto(bool preparing) {
+    if (preparingPhoto_ == preparing) {
+        return;
     }
-    return setPhoto(in.readAll());
+    preparingPhoto_ = preparing;
+    Q_EMIT preparingPhotoChanged();
 }
 
 void AppModel::clearPhoto() {
+    cancelPreparation();
     setPhotoState(QByteArray(), std::nullopt);
     sessionPhotoFile_.reset();
     if (hasRun_) {
@@ -432,6 +525,7 @@ void AppModel::writeHistory() {
 // --- Sessions
 
 void AppModel::startOver() {
+    cancelPreparation();
     sessionId_ = Uuid::random();
     sessionPhotoFile_.reset();
     setHasRun(false);
@@ -458,7 +552,33 @@ void AppModel::identifySample(const QString& sampleId) {
     run();
 }
 
+void AppModel::identifySampleAsync(const QString& sampleId) {
+    const SamplePhoto* photo = samples_ ? samples_->sample(utf8(sampleId)) : nullptr;
+    std::optional<std::string> bytes = photo ? samples_->imageData(*photo) : std::nullopt;
+    if (!bytes) {
+        setPhotoError(kSampleMissing);
+        return;
+    }
+    startOver();
+    prepareInBackground([bytes = std::move(*bytes)] { return preparePhoto(bytes); },
+                        [this] {
+                            setDemoDetail(QString());
+                            setCurrentSection(AppSection::identify);
+                            run();
+                        });
+}
+
 // --- Samples
+
+QStringList AppModel::sampleIds() const {
+    QStringList out;
+    if (samples_) {
+        for (const SamplePhoto& photo : samples_->samples()) {
+            out.append(qs(photo.id));
+        }
+    }
+    return out;
+}
 
 void AppModel::setSampleMessage(const QString& message) {
     if (sampleMessage_ == message) {
@@ -502,6 +622,7 @@ void AppModel::removeSampleCollection() {
 // --- Store
 
 void AppModel::onStoreChanged() {
+    candidates_->refreshFavorites();
     Q_EMIT storeChanged();
     if (store_.hasSamples() != hasSamples_) {
         hasSamples_ = store_.hasSamples();

@@ -30,6 +30,7 @@
 #include <QVariantList>
 #include <QVariantMap>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -39,6 +40,8 @@ namespace quarrydex {
 // Kept out of this header: it brings in the image library's headers, whose glib part does
 // not mix with Qt's keyword macros in code that includes this file.
 class SampleSet;
+// The outcome of preparing photo bytes for the session (defined with the model).
+struct PreparedPhoto;
 
 class AppModel : public QObject {
     Q_OBJECT
@@ -58,6 +61,8 @@ class AppModel : public QObject {
     // Shown under the photo area; "" is none.
     Q_PROPERTY(QString photoError READ photoError WRITE setPhotoError NOTIFY photoErrorChanged)
     Q_PROPERTY(bool showCamera READ showCamera WRITE setShowCamera NOTIFY showCameraChanged)
+    // A photo is being prepared in the background (see setPhotoAsync).
+    Q_PROPERTY(bool preparingPhoto READ preparingPhoto NOTIFY preparingPhotoChanged)
 
     // [{raw, title, hint, symbol, options: [{raw, title}]}] in the order questions are shown.
     Q_PROPERTY(QVariantList questions READ questions CONSTANT)
@@ -86,12 +91,16 @@ class AppModel : public QObject {
         QString sampleMessage READ sampleMessage WRITE setSampleMessage NOTIFY sampleMessageChanged)
     // This copy of the program ships sample photos.
     Q_PROPERTY(bool hasSampleSet READ hasSampleSet CONSTANT)
+    // Ids of the shipped sample photos, in manifest order; empty without a sample set.
+    Q_PROPERTY(QStringList sampleIds READ sampleIds CONSTANT)
     // The store holds sample pieces (follows the store).
     Q_PROPERTY(bool hasSamples READ hasSamples NOTIFY hasSamplesChanged)
     // Id of a library species whose detail is shown over the section; "" is none.
     Q_PROPERTY(QString demoDetail READ demoDetail WRITE setDemoDetail NOTIFY demoDetailChanged)
     // Name of that species; "" when no detail is shown.
     Q_PROPERTY(QString demoDetailName READ demoDetailName NOTIFY demoDetailChanged)
+    // Number of species in the reference library.
+    Q_PROPERTY(int speciesCount READ speciesCount CONSTANT)
     // Why the reference library could not be loaded; "" when it loaded.
     Q_PROPERTY(QString libraryError READ libraryError CONSTANT)
     // The store's last failure (a save or photo write); "" is none. See clearStoreError().
@@ -146,6 +155,7 @@ public:
     void setPhotoError(const QString& message);
     bool showCamera() const { return showCamera_; }
     void setShowCamera(bool show);
+    bool preparingPhoto() const { return preparingPhoto_; }
 
     QVariantList questions() const;
     QVariantMap answerMap() const;
@@ -166,12 +176,14 @@ public:
     QString sampleMessage() const { return sampleMessage_; }
     void setSampleMessage(const QString& message);
     bool hasSampleSet() const { return samples_ != nullptr; }
+    QStringList sampleIds() const;
     bool hasSamples() const { return hasSamples_; }
     QString demoDetail() const;
     QString demoDetailName() const;
     // Unknown ids show no detail.
     void setDemoDetail(const QString& specimenId);
     QString libraryError() const;
+    int speciesCount() const { return static_cast<int>(library_->specimens().size()); }
     QString storeError() const;
 
     // The answer to a question as its raw value; "" when unanswered or the question is unknown.
@@ -207,6 +219,13 @@ public:
     // The same for a local file (a path or a file URL, as a picker or a drop gives it).
     Q_INVOKABLE bool setPhotoFromFile(const QUrl& file);
     Q_INVOKABLE void clearPhoto();
+    // The same as setPhoto and setPhotoFromFile, with the reading, decoding and colour
+    // reading on a worker thread: the result is applied on this thread when it is ready,
+    // exactly as setPhoto applies it. Meanwhile preparingPhoto is true. The latest photo
+    // wins: a photo set, cleared or started over while one is being prepared makes that one
+    // be dropped when it arrives.
+    Q_INVOKABLE void setPhotoAsync(const QByteArray& data);
+    Q_INVOKABLE void setPhotoFromFileAsync(const QUrl& file);
     // Identifies the stone from the photo colour and the answers, and writes the session's
     // history entry (one per session, replaced on every run).
     Q_INVOKABLE void run();
@@ -215,6 +234,8 @@ public:
     Q_INVOKABLE void startOver();
     // A new session on one of the shipped sample photos, identified at once.
     Q_INVOKABLE void identifySample(const QString& sampleId);
+    // The same with the photo prepared on a worker thread; identifies once it is ready.
+    Q_INVOKABLE void identifySampleAsync(const QString& sampleId);
     Q_INVOKABLE void loadSampleCollection();
     Q_INVOKABLE void removeSampleCollection();
     Q_INVOKABLE void clearStoreError();
@@ -231,6 +252,10 @@ Q_SIGNALS:
     void photoColorChanged();
     void photoErrorChanged();
     void showCameraChanged();
+    void preparingPhotoChanged();
+    // A photo prepared in the background was applied (true) or refused (false). Photos
+    // overtaken by a later one report nothing.
+    void photoPrepared(bool accepted);
     void answersChanged();
     void canIdentifyChanged();
     void hasRunChanged();
@@ -242,6 +267,15 @@ Q_SIGNALS:
     void storeChanged();
 
 private:
+    // Maps a preparation to the session's state: the one place deciding the photo's message.
+    bool applyPreparedPhoto(const PreparedPhoto& prepared);
+    // Runs `prepare` on a worker thread and applies its outcome here unless a later photo
+    // came first; `afterAccepted` (optional) runs once an accepted photo is applied.
+    void prepareInBackground(std::function<PreparedPhoto()> prepare,
+                             std::function<void()> afterAccepted);
+    // Drops the photo being prepared, if any.
+    void cancelPreparation();
+    void setPreparingPhoto(bool preparing);
     void setPhotoState(QByteArray data, std::optional<RGB> color);
     void setHasRun(bool hasRun);
     void setResult(std::optional<IdentifyResult> result);
@@ -265,6 +299,8 @@ private:
     bool hasRun_ = false;
     QString photoError_;
     bool showCamera_ = false;
+    bool preparingPhoto_ = false;
+    int photoGeneration_ = 0; // grows with every photo set, cleared or prepared
     Uuid sessionId_ = Uuid::random();
     std::optional<std::string> sessionPhotoFile_;
     QString sampleMessage_;

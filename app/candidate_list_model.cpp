@@ -65,6 +65,8 @@ QVariant CandidateListModel::data(const QModelIndex& index, int role) const {
         return qs(s.streak);
     case ColorHexRole:
         return s.colorHex.empty() ? QString() : qs(s.colorHex.front());
+    case FavoriteRole:
+        return isFavorite_ && isFavorite_(s.id);
     default:
         return {};
     }
@@ -86,6 +88,7 @@ QHash<int, QByteArray> CandidateListModel::roleNames() const {
         {LusterRole, "luster"},
         {StreakRole, "streak"},
         {ColorHexRole, "colorHex"},
+        {FavoriteRole, "favorite"},
     };
 }
 
@@ -113,6 +116,17 @@ void CandidateListModel::setCandidates(std::vector<Candidate> candidates) {
     }
     if (after != before) {
         Q_EMIT countChanged();
+    }
+}
+
+void CandidateListModel::setFavoriteTest(std::function<bool(const std::string&)> isFavorite) {
+    isFavorite_ = std::move(isFavorite);
+    refreshFavorites();
+}
+
+void CandidateListModel::refreshFavorites() {
+    if (count() > 0) {
+        Q_EMIT dataChanged(index(0), index(count() - 1), {FavoriteRole});
     }
 }
 

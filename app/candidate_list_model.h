@@ -7,6 +7,8 @@
 #include "identify/matcher.h"
 
 #include <QAbstractListModel>
+#include <functional>
+#include <string>
 #include <vector>
 
 namespace quarrydex {
@@ -31,6 +33,7 @@ public:
         LusterRole,
         StreakRole,
         ColorHexRole, // the species' first reference colour, "" when it has none
+        FavoriteRole, // the species is among the user's favourites
     };
     Q_ENUM(Role)
 
@@ -48,11 +51,18 @@ public:
     void setCandidates(std::vector<Candidate> candidates);
     void clear() { setCandidates({}); }
 
+    // Tells whether a species id is a favourite; without one no row is. Call
+    // refreshFavorites() whenever its answers may have changed.
+    void setFavoriteTest(std::function<bool(const std::string&)> isFavorite);
+    // Announces FavoriteRole of every row as changed.
+    void refreshFavorites();
+
 Q_SIGNALS:
     void countChanged();
 
 private:
     std::vector<Candidate> candidates_;
+    std::function<bool(const std::string&)> isFavorite_;
 };
 
 } // namespace quarrydex

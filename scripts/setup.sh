@@ -15,6 +15,8 @@ packages=(
   qml6-module-qtqml-workerscript qml6-module-qtmultimedia qml6-module-qtcore
   qml6-module-qt-labs-settings qml6-module-qt-labs-platform qml6-module-qttest
   qml6-module-qt-labs-folderlistmodel
+  # the camera: Qt Multimedia's GStreamer backend (camera source, conversion, capture)
+  gstreamer1.0-plugins-base gstreamer1.0-plugins-good
   fonts-materialdesignicons-webfont
   # tests and benchmarks
   libgtest-dev libgmock-dev libbenchmark-dev libjpeg-turbo-progs

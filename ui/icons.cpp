@@ -49,6 +49,7 @@ constexpr std::array<IconGlyph, 51> glyphs{{
     {"photo", "image", 0xF2E9},
     {"photo.on.rectangle", "folder-image", 0xF24F},
     {"camera", "camera", 0xF100},
+    {"camera.circle.fill", "camera-enhance", 0xF101},
     {"doc.on.clipboard", "content-paste", 0xF192},
     {"plus", "plus", 0xF415},
     {"minus", "minus", 0xF374},

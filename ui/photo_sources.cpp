@@ -5,9 +5,29 @@
 #include <QFile>
 #include <QGuiApplication>
 #include <QImage>
+#include <QImageWriter>
 #include <QMimeData>
 
 namespace quarrydex::ui {
+
+namespace {
+
+// Encoded photo formats taken as they are, best first: lossless before lossy.
+const QStringList kPhotoFormats = {QStringLiteral("image/png"), QStringLiteral("image/tiff"),
+                                   QStringLiteral("image/jpeg"), QStringLiteral("image/heic"),
+                                   QStringLiteral("image/heif")};
+
+QByteArray losslessPNG(const QImage& image) {
+    QByteArray png;
+    QBuffer buffer(&png);
+    buffer.open(QIODevice::WriteOnly);
+    QImageWriter writer(&buffer, "png");
+    // Lossless either way; the lightest compression keeps a large bitmap quick to write.
+    writer.setCompression(1);
+    return writer.write(image) ? png : QByteArray();
+}
+
+} // namespace
 
 PhotoSources::PhotoSources(QObject* parent) : QObject(parent) {}
 
@@ -20,27 +40,55 @@ QByteArray PhotoSources::readFile(const QUrl& url) {
     return file.readAll();
 }
 
-QByteArray PhotoSources::clipboardImage() {
-    const QMimeData* mime = QGuiApplication::clipboard()->mimeData();
-    if (!mime || !mime->hasImage()) {
+QByteArray PhotoSources::photoFrom(const QMimeData* mime) {
+    if (!mime) {
+        return {};
+    }
+    for (const QString& format : kPhotoFormats) {
+        if (mime->hasFormat(format)) {
+            QByteArray data = mime->data(format);
+            if (!data.isEmpty()) {
+                return data;
+            }
+        }
+    }
+    if (!mime->hasImage()) {
         return {};
     }
     QImage image = qvariant_cast<QImage>(mime->imageData());
-    if (image.isNull()) {
-        return {};
+    return image.isNull() ? QByteArray() : losslessPNG(image);
+}
+
+QByteArray PhotoSources::clipboardImage() {
+    return photoFrom(QGuiApplication::clipboard()->mimeData());
+}
+
+bool PhotoSources::pasteInto(AppModel* model) {
+    const QByteArray photo = clipboardImage();
+    if (!model || photo.isEmpty()) {
+        return false;
     }
-    QByteArray png;
-    QBuffer buffer(&png);
-    buffer.open(QIODevice::WriteOnly);
-    if (!image.save(&buffer, "PNG")) {
-        return {};
+    model->setPhotoAsync(photo);
+    return true;
+}
+
+QString PhotoSources::imageFormat(const QStringList& formats) {
+    for (const QString& format : kPhotoFormats) {
+        if (formats.contains(format)) {
+            return format;
+        }
     }
-    return png;
+    for (const QString& format : formats) {
+        if (format.startsWith(QLatin1String("image/"))) {
+            return format;
+        }
+    }
+    return {};
 }
 
 QStringList PhotoSources::nameFilters() {
-    return {QStringLiteral("Photos (*.jpg *.jpeg *.png *.heic *.heif *.JPG *.JPEG *.PNG *.HEIC)"),
-            QStringLiteral("All files (*)")};
+    return {QStringLiteral("Images (*.jpg *.jpeg *.png *.heic *.heif *.tif *.tiff *.JPG *.JPEG "
+                           "*.PNG *.HEIC *.HEIF *.TIF *.TIFF)")};
 }
 
 } // namespace quarrydex::ui

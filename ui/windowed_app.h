@@ -41,8 +41,8 @@ void installKit();
 // Makes `model` the `AppModel` singleton of the QML module, for every engine of the process.
 void registerModel(AppModel* model);
 // Lets `engine` find the module's qmldir, which is compiled into the program's resources, and
-// gives it the thumbnail provider over the registered model's photos (call registerModel()
-// first).
+// gives it the image providers over the registered model: the store's thumbnails and the
+// session photo (call registerModel() first).
 void prepareEngine(QQmlEngine& engine);
 // The main window's QML.
 QUrl mainWindowUrl();

@@ -9,6 +9,7 @@
 
 #include <QSignalSpy>
 #include <QTest>
+#include <QThreadPool>
 #include <filesystem>
 #include <memory>
 
@@ -71,6 +72,13 @@ CollectionEntry ownPiece() {
     own.name = "Desk stone";
     own.location = "Back yard";
     return own;
+}
+
+// Lets every photo being prepared finish and its outcome reach the model.
+void drainWorkers() {
+    QThreadPool::globalInstance()->waitForDone();
+    QCoreApplication::sendPostedEvents();
+    QCoreApplication::processEvents();
 }
 
 double distance(const QString& hex, const char* expected) {
@@ -317,6 +325,136 @@ private Q_SLOTS:
         m.run();
         QCOMPARE(f.history().front().photoFile, std::optional<std::string>(name));
         QVERIFY(fs::exists(f.photos() / name));
+    }
+
+    // --- Photos prepared in the background
+    void a_photo_prepared_in_the_background_is_applied_like_a_direct_one() {
+        Fixture f;
+        AppModel& m = f.model;
+        QVERIFY(m.setAnswer("color", "green"));
+        m.run();
+        m.setPhotoError(QStringLiteral("an old message"));
+        QSignalSpy prepared(&m, &AppModel::photoPrepared);
+        QSignalSpy preparing(&m, &AppModel::preparingPhotoChanged);
+        m.setPhotoAsync(jpegOf(kPurple));
+        QVERIFY(m.preparingPhoto());
+        QVERIFY(!m.hasPhoto()); // nothing changes before it is ready
+        QVERIFY(prepared.wait(10000));
+        QCOMPARE(prepared.count(), 1);
+        QCOMPARE(prepared.first().at(0).toBool(), true);
+        QVERIFY(!m.preparingPhoto());
+        QCOMPARE(preparing.count(), 2);
+        QCOMPARE(m.photoError(), QString());
+        QVERIFY(distance(m.photoColor(), "#7A5AA8") < 0.03);
+        QVERIFY(m.usedPhotoColor()); // the session had run: it ran again with the photo
+        QCOMPARE(f.history().size(), 1u);
+        QCOMPARE(f.history().front().answers,
+                 (std::vector<std::string>{"Photo color", "Color: Green"}));
+
+        // The same bytes set directly give the same prepared photo.
+        const QByteArray background = m.photoData();
+        QVERIFY(m.setPhoto(jpegOf(kPurple)));
+        QVERIFY(m.photoData() == background);
+    }
+
+    void the_latest_photo_wins_over_one_still_being_prepared() {
+        Fixture f;
+        AppModel& m = f.model;
+        QSignalSpy prepared(&m, &AppModel::photoPrepared);
+        m.setPhotoAsync(jpegOf(kPurple, 1200));
+        m.setPhotoAsync(jpegOf(kGreen));
+        QVERIFY(prepared.wait(10000));
+        drainWorkers(); // the overtaken one has arrived too by now
+        QCOMPARE(prepared.count(), 1);
+        QVERIFY(distance(m.photoColor(), "#339A4C") < 0.03);
+        QCOMPARE(m.photoRevision(), 1);
+
+        // A photo set directly, a cleared photo or a new session also overtake it.
+        m.setPhotoAsync(jpegOf(kPurple));
+        QVERIFY(m.setPhoto(jpegOf(kGreen, 80)));
+        QVERIFY(!m.preparingPhoto());
+        m.setPhotoAsync(jpegOf(kPurple));
+        m.clearPhoto();
+        m.setPhotoAsync(jpegOf(kPurple));
+        m.startOver();
+        drainWorkers();
+        QCOMPARE(prepared.count(), 1);
+        QVERIFY(!m.hasPhoto() && !m.preparingPhoto());
+
+        // A later photo that is not an image wins too: the message, and the photo before both.
+        QVERIFY(m.setPhoto(jpegOf(kGreen)));
+        m.setPhotoAsync(jpegOf(kPurple));
+        m.setPhotoAsync(QByteArray("not a photo"));
+        QVERIFY(prepared.wait(10000));
+        QCOMPARE(prepared.last().at(0).toBool(), false);
+        QCOMPARE(m.photoError(), kBadPhoto);
+        QVERIFY(distance(m.photoColor(), "#339A4C") < 0.03);
+    }
+
+    void bad_files_in_the_background_only_say_so() {
+        Fixture f;
+        AppModel& m = f.model;
+        QVERIFY(m.setAnswer("color", "green"));
+        QVERIFY(m.setPhoto(jpegOf(kPurple)));
+        m.run();
+        const QByteArray photo = m.photoData();
+        const int revision = m.photoRevision();
+        const HistoryEntry entry = f.history().front();
+        const std::string jpeg = test::jpegOf(kGreen, 400);
+        writeFile(f.dir / "notes.txt", "a stone from the creek");
+        writeFile(f.dir / "empty.jpg", "");
+        writeFile(f.dir / "truncated.jpg", jpeg.substr(0, jpeg.size() / 3));
+        fs::create_directories(f.dir / "a folder.jpg");
+        auto url = [&](const char* name) {
+            return QUrl::fromLocalFile(QString::fromStdString((f.dir / name).string()));
+        };
+        QSignalSpy prepared(&m, &AppModel::photoPrepared);
+        QSignalSpy result(&m, &AppModel::resultChanged);
+        for (const char* name :
+             {"notes.txt", "empty.jpg", "truncated.jpg", "a folder.jpg", "missing.jpg"}) {
+            m.setPhotoError({});
+            m.setPhotoFromFileAsync(url(name));
+            QVERIFY2(prepared.wait(10000), name);
+            QVERIFY2(!prepared.last().at(0).toBool(), name);
+            QCOMPARE(m.photoError(), kBadPhoto);
+        }
+        QVERIFY(m.photoData() == photo);
+        QCOMPARE(m.photoRevision(), revision);
+        QCOMPARE(result.count(), 0);
+        QVERIFY(f.history().front() == entry);
+
+        writeFile(f.dir / "stone.jpg", jpeg);
+        m.setPhotoFromFileAsync(url("stone.jpg"));
+        QVERIFY(prepared.wait(10000));
+        QVERIFY(prepared.last().at(0).toBool());
+        QCOMPARE(m.photoError(), QString());
+        QVERIFY(distance(m.photoColor(), "#339A4C") < 0.03);
+    }
+
+    void a_sample_photo_prepared_in_the_background_is_identified_when_ready() {
+        SampleFixture s;
+        AppModel& m = s.f.model;
+        QCOMPARE(m.sampleIds(), (QStringList{"sample-0", "sample-1", "sample-2"}));
+        QVERIFY(Fixture().model.sampleIds().isEmpty());
+        QVERIFY(m.setAnswer("color", "green"));
+        m.run();
+        const Uuid first = m.sessionId();
+        m.identifySampleAsync("no-such-sample");
+        QCOMPARE(m.photoError(), QStringLiteral("That sample photo is missing."));
+        QCOMPARE(m.sessionId(), first);
+
+        m.setSection("library");
+        m.setDemoDetail("s1");
+        QSignalSpy prepared(&m, &AppModel::photoPrepared);
+        m.identifySampleAsync("sample-1");
+        QVERIFY(m.sessionId() != first); // a new session at once
+        QVERIFY(!m.hasRun() && m.preparingPhoto());
+        QVERIFY(prepared.wait(10000));
+        QVERIFY(m.hasRun() && m.hasPhoto() && m.usedPhotoColor() && m.answers().isEmpty());
+        QCOMPARE(m.section(), QStringLiteral("identify"));
+        QCOMPARE(m.demoDetail(), QString());
+        QCOMPARE(s.f.history().size(), 2u);
+        QCOMPARE(s.f.history().front().answers, std::vector<std::string>{"Photo color"});
     }
 
     // --- Sections, settable state and store notices

@@ -113,6 +113,46 @@ private Q_SLOTS:
         model.startOver();
         QCOMPARE(rows->rowCount(), 0);
     }
+
+    void the_favourite_star_follows_the_store() {
+        CandidateListModel bare;
+        bare.setCandidates(candidates(1));
+        QCOMPARE(roleOf(bare, 0, "favorite").toBool(), false); // no store, no favourites
+
+        std::vector<Specimen> list = test::numberedSpecimens(4);
+        test::TempDir dir;
+        auto model = std::make_unique<AppModel>(std::make_shared<const SpecimenLibrary>(list),
+                                                dir.path(), std::nullopt);
+        model->toggleFavorite("s2");
+        CandidateListModel* rows = model->candidates();
+        Tester tester(rows, Tester::FailureReportingMode::Fatal);
+        model->run();
+        auto starred = [&] {
+            QStringList ids;
+            for (int row = 0; row < rows->rowCount(); ++row) {
+                if (roleOf(*rows, row, "favorite").toBool()) {
+                    ids << roleOf(*rows, row, "specimenId").toString();
+                }
+            }
+            return ids;
+        };
+        QCOMPARE(starred(), QStringList{"s2"});
+
+        QSignalSpy changed(rows, &QAbstractItemModel::dataChanged);
+        model->toggleFavorite("s0");
+        model->toggleFavorite("s2");
+        QCOMPARE(starred(), QStringList{"s0"});
+        QVERIFY(changed.count() >= 2);
+        QCOMPARE(changed.last().at(2).value<QList<int>>(),
+                 QList<int>{CandidateListModel::FavoriteRole});
+
+        // A restart over the same data root shows the same stars.
+        model.reset();
+        AppModel again(std::make_shared<const SpecimenLibrary>(list), dir.path(), std::nullopt);
+        rows = again.candidates();
+        again.run();
+        QCOMPARE(starred(), QStringList{"s0"});
+    }
 };
 
 QTEST_GUILESS_MAIN(CandidateListModelTest)

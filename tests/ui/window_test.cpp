@@ -328,8 +328,8 @@ private Q_SLOTS:
         image.fill(QColor("#7A5AA8"));
         QGuiApplication::clipboard()->setImage(image);
         key(Qt::Key_V, Qt::ControlModifier | Qt::ShiftModifier);
-        QVERIFY(model_.hasPhoto());
         QCOMPARE(model_.section(), QStringLiteral("identify"));
+        QTRY_VERIFY(model_.hasPhoto()); // prepared in the background
         QGuiApplication::clipboard()->clear();
         model_.startOver();
     }

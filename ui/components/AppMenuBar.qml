@@ -15,8 +15,7 @@ MenuBar {
     }
 
     function pastePhoto() {
-        if (PhotoSources.clipboardHasImage()) {
-            AppModel.setPhoto(PhotoSources.clipboardImage())
+        if (PhotoSources.pasteInto(AppModel)) {
             AppModel.section = "identify"
         }
     }

@@ -51,5 +51,16 @@ Button {
         border.width: button.prominent ? 0 : 1
         border.color: button.visualFocus ? button.kit.accent : button.kit.rim
         opacity: button.enabled ? 1 : 0.6
+
+        // The keyboard focus ring, just outside the plate.
+        Rectangle {
+            anchors.fill: parent
+            anchors.margins: -3
+            radius: height / 2
+            color: "transparent"
+            border.width: 2
+            border.color: button.prominent ? button.kit.text : button.kit.accent
+            visible: button.visualFocus
+        }
     }
 }

@@ -58,6 +58,7 @@ ThemedWindow {
             Loader {
                 id: detail
                 objectName: "detail"
+                focus: true
                 SplitView.fillWidth: true
                 sourceComponent: AppModel.libraryError !== "" ? libraryProblem
                                : AppModel.demoDetail !== "" ? demoDetail
@@ -94,7 +95,7 @@ ThemedWindow {
         collection: collectionScreen, history: historyScreen, backup: backupScreen,
         about: aboutScreen
     })
-    Component { id: identifyScreen; IdentifyScreen {} }
+    Component { id: identifyScreen; IdentifyScreen { onChoosePhotoRequested: photoDialog.open() } }
     Component { id: libraryScreen; LibraryScreen {} }
     Component { id: favoritesScreen; FavoritesScreen {} }
     Component { id: collectionScreen; CollectionScreen {} }
@@ -112,12 +113,18 @@ ThemedWindow {
 
     FileDialog {
         id: photoDialog
-        title: qsTr("Choose a Photo of Your Specimen")
+        objectName: "photoDialog"
+        title: qsTr("Choose a photo of your specimen")
+        fileMode: FileDialog.OpenFile
         nameFilters: PhotoSources.nameFilters()
         onAccepted: {
-            AppModel.setPhoto(PhotoSources.readFile(selectedFile))
+            AppModel.setPhotoFromFileAsync(selectedFile)
             AppModel.section = "identify"
         }
+    }
+
+    CameraSheet {
+        id: cameraSheet
     }
 
     Connections {
