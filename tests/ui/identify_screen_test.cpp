@@ -671,6 +671,9 @@ private Q_SLOTS:
         shoot("identify-focus-button");
         picker("color")->forceActiveFocus(Qt::TabFocusReason);
         shoot("identify-focus-picker");
+        key(Qt::Key_Space); // opens its list
+        shoot("identify-picker-open");
+        key(Qt::Key_Escape);
         model_.setShowCamera(true);
         QTRY_VERIFY(cameraSheet()->property("opened").toBool());
         shoot("camera-sheet");
