@@ -7,7 +7,9 @@
 // Ownership: owns the store and the candidate list; shares the read-only library. Errors
 // are state (photoError, sampleMessage, storeError), never exceptions. Qt Core only, so
 // it works without a display. Main thread only: the store's change notices arrive
-// synchronously on it and are forwarded as storeChanged().
+// synchronously on it and are forwarded as storeChanged(). The one exception is photo
+// preparation by the ...Async calls, which runs on the global thread pool and touches no
+// state; its outcome is applied back on the main thread.
 
 #include "app/app_section.h"
 #include "app/candidate_list_model.h"

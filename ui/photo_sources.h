@@ -1,7 +1,7 @@
 #pragma once
 // Photo bytes from outside the program for the photo commands: a file the user chose, an
 // image on the clipboard, or image data dropped on the window. What the bytes are is decided
-// later by AppModel.setPhoto.
+// later by the model (AppModel.setPhoto and its background twin setPhotoAsync).
 
 #include "app/app_model.h"
 

@@ -663,6 +663,22 @@ private Q_SLOTS:
         }
         VxZoom::instance()->setLevel(100);
         window_->resize(1200, 800);
+
+        // The keyboard's focus ring, and the camera sheet.
+        Theme::instance()->setThemeID(QStringLiteral("malachite"));
+        item(QStringLiteral("identifyScroller"))->setProperty("contentY", 0);
+        item(QStringLiteral("pasteButton"))->forceActiveFocus(Qt::TabFocusReason);
+        shoot("identify-focus-button");
+        picker("color")->forceActiveFocus(Qt::TabFocusReason);
+        shoot("identify-focus-picker");
+        key(Qt::Key_Space); // opens its list
+        shoot("identify-picker-open");
+        key(Qt::Key_Escape);
+        model_.setShowCamera(true);
+        QTRY_VERIFY(cameraSheet()->property("opened").toBool());
+        shoot("camera-sheet");
+        key(Qt::Key_Escape);
+        QTRY_VERIFY(!cameraSheet()->property("visible").toBool());
     }
 };
 

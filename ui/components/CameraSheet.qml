@@ -16,6 +16,7 @@ Dialog {
     closePolicy: Popup.CloseOnEscape
     anchors.centerIn: Overlay.overlay
     padding: Theme.margin
+    contentWidth: Theme.dialogWidth * 1.25
 
     Overlay.modal: Rectangle {
         color: Theme.scrim
@@ -67,7 +68,7 @@ Dialog {
 
     ColumnLayout {
         spacing: Theme.spacing
-        width: Theme.dialogWidth * 1.5
+        width: sheet.availableWidth
 
         Rectangle {
             color: Theme.ground
