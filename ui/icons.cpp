@@ -12,7 +12,7 @@ namespace {
 
 // Code points from the font package's stylesheet
 // (/usr/share/fonts-materialdesignicons-webfont/css/materialdesignicons.css).
-constexpr std::array<IconGlyph, 51> glyphs{{
+constexpr std::array<IconGlyph, 52> glyphs{{
     // sidebar sections
     {"camera.viewfinder", "camera-iris", 0xF104},
     {"books.vertical", "library-books", 0xF332},
