@@ -202,6 +202,21 @@ private Q_SLOTS:
                  QStringLiteral("Rocks (%1)").arg(rocks));
         QCOMPARE(countLine(), QStringLiteral("%1 species").arg(rocks));
         QCOMPARE(list()->property("count").toInt(), rocks);
+
+        // The mouse opens the list of choices; "All" brings every species back.
+        click(picker);
+        QObject* popup = picker->property("popup").value<QObject*>();
+        QTRY_VERIFY(popup->property("opened").toBool());
+        QQuickItem* popupList = popup->property("contentItem").value<QQuickItem*>();
+        QQuickItem* all = nullptr;
+        QMetaObject::invokeMethod(popupList, "itemAtIndex", Q_RETURN_ARG(QQuickItem*, all),
+                                  Q_ARG(int, 0));
+        QVERIFY(all);
+        QTRY_VERIFY(all->isVisible() && all->height() > 0);
+        click(all);
+        QTRY_VERIFY(!popup->property("visible").toBool());
+        QCOMPARE(model_.libraryList()->category(), QString());
+        QCOMPARE(list()->property("count").toInt(), total);
     }
 
     void a_detail_opens_with_its_facts_and_back_keeps_search_filter_and_scroll() {
