@@ -355,6 +355,13 @@ private Q_SLOTS:
         model_.navigation(QStringLiteral("library"))
             ->push(QStringLiteral("specimen"), QStringLiteral("quartz"));
         QVERIFY(!visible(QStringLiteral("matchShare")));
+        // A species the library does not know says so instead of showing an empty page.
+        model_.navigation(QStringLiteral("library"))
+            ->push(QStringLiteral("specimen"), QStringLiteral("no-such-stone"));
+        QVERIFY(visible(QStringLiteral("specimenGone")));
+        QVERIFY(!visible(QStringLiteral("factTiles")));
+        key(Qt::Key_Backspace);
+        QVERIFY(!visible(QStringLiteral("specimenGone")));
         // The model's demo detail is the same screen.
         model_.setDemoDetail(QStringLiteral("amethyst"));
         QCOMPARE(screen()->objectName(), QStringLiteral("specimenDetailScreen"));
