@@ -639,6 +639,10 @@ private Q_SLOTS:
                 model_.navigation(QStringLiteral("library"))
                     ->push(QStringLiteral("specimen"), QStringLiteral("amethyst"), 0.62);
                 shoot("detail-" + suffix);
+                QQuickItem* flick = visible(QStringLiteral("detailFlick"));
+                flick->setProperty("contentY",
+                                   flick->property("contentHeight").toReal() - flick->height());
+                shoot("detail-end-" + suffix);
                 model_.navigation(QStringLiteral("library"))->clear();
                 model_.libraryList()->setQuery(QStringLiteral("zzqx"));
                 shoot("library-empty-" + suffix);
