@@ -1,6 +1,7 @@
 #pragma once
 // The process entry's command-line rules, free of any window system.
 
+#include <chrono>
 #include <optional>
 #include <string>
 #include <vector>
@@ -19,6 +20,8 @@ public:
     bool has(const std::string& flag) const;
 
     const std::vector<std::string>& arguments() const { return arguments_; }
+    // When the process entry made this launcher: the start of start-up measurements.
+    std::chrono::steady_clock::time_point startedAt() const { return startedAt_; }
 
     // Starts the windowed program and returns its exit status. Kept out of this library so
     // that the command-line rules and the self-test never link a window system.
@@ -33,6 +36,7 @@ public:
 
 private:
     std::vector<std::string> arguments_;
+    std::chrono::steady_clock::time_point startedAt_ = std::chrono::steady_clock::now();
 };
 
 } // namespace quarrydex

@@ -1,6 +1,7 @@
 #include "ui/windowed_app.h"
 
 #include "app/app_model.h"
+#include "ui/first_frame_report.h"
 #include "ui/help.h"
 #include "ui/icons.h"
 #include "ui/kit/kit_host.h"
@@ -10,6 +11,7 @@
 #include <QGuiApplication>
 #include <QIcon>
 #include <QQmlApplicationEngine>
+#include <QQuickWindow>
 #include <QQuickStyle>
 #include <QtQml/qqml.h>
 
@@ -160,6 +162,8 @@ int runWindowedApplication(const Launcher& launcher) {
         std::cerr << "Quarrydex couldn't load its main window.\n";
         return 1;
     }
+    reportFirstFrame(qobject_cast<QQuickWindow*>(engine.rootObjects().first()),
+                     launcher.startedAt());
     return app.exec();
 }
 
