@@ -177,6 +177,32 @@ private Q_SLOTS:
                  QStringLiteral("7 Mohs"));
     }
 
+    // Tab walks the screen in reading order: search, the card, the picker, the list.
+    void the_library_is_usable_from_the_keyboard_alone() {
+        go(QStringLiteral("library"));
+        key(Qt::Key_F, Qt::ControlModifier);
+        QVERIFY(visible(QStringLiteral("searchField"))->hasActiveFocus());
+        key(Qt::Key_Tab);
+        QQuickItem* card = visible(QStringLiteral("stoneOfTheDay"));
+        QVERIFY(card->hasActiveFocus());
+        key(Qt::Key_Tab);
+        QVERIFY(visible(QStringLiteral("categoryPicker"))->hasActiveFocus());
+        key(Qt::Key_Tab);
+        QQuickItem* view = list();
+        QVERIFY(view->hasActiveFocus());
+        QCOMPARE(view->property("currentIndex").toInt(), 0);
+        key(Qt::Key_Down);
+        QCOMPARE(view->property("currentIndex").toInt(), 1);
+
+        // Return on the card opens today's species.
+        card->forceActiveFocus();
+        key(Qt::Key_Return);
+        QCOMPARE(model_.navigation(QStringLiteral("library"))->itemId(),
+                 model_.libraryList()->stoneOfTheDay()["specimenId"].toString());
+        key(Qt::Key_Backspace);
+        QCOMPARE(depth("library"), 0);
+    }
+
     void the_category_picker_counts_add_up_and_filter_the_list() {
         go(QStringLiteral("library"));
         QQuickItem* picker = visible(QStringLiteral("categoryPicker"));
