@@ -9,6 +9,7 @@
 #include <QRunnable>
 
 #include <algorithm>
+#include <atomic>
 #include <system_error>
 #include <utility>
 
@@ -57,18 +58,23 @@ struct ThumbnailProvider::Shared {
 
 namespace {
 
+// Set by the engine when it no longer wants an image (its row scrolled away): the job then
+// skips the decode, so fast scrolling never queues work for rows that are gone.
+using CancelFlag = std::shared_ptr<std::atomic<bool>>;
+
 // One decode on the thread pool. It reports through a queued signal, so a response that Qt
-// has already thrown away (a cancelled request) simply never hears of it.
+// has already thrown away simply never hears of it.
 class ThumbnailJob : public QObject, public QRunnable {
     Q_OBJECT
 
 public:
     ThumbnailJob(std::shared_ptr<ThumbnailProvider::Shared> shared, std::filesystem::path folder,
-                 QString id, QSize requested)
+                 QString id, QSize requested, CancelFlag cancelled)
         : shared_(std::move(shared)), folder_(std::move(folder)), id_(std::move(id)),
-          requested_(requested) {}
+          requested_(requested), cancelled_(std::move(cancelled)) {}
 
-    void run() override { Q_EMIT done(load()); }
+    // A cancelled response must still finish, with no image.
+    void run() override { Q_EMIT done(*cancelled_ ? QImage() : load()); }
 
 Q_SIGNALS:
     void done(const QImage& image);
@@ -129,18 +135,23 @@ private:
     std::filesystem::path folder_;
     QString id_;
     QSize requested_;
+    CancelFlag cancelled_;
 };
 
 class ThumbnailResponse : public QQuickImageResponse {
     Q_OBJECT
 
 public:
+    const CancelFlag cancelled = std::make_shared<std::atomic<bool>>(false);
+
+    void cancel() override { *cancelled = true; }
+
     QQuickTextureFactory* textureFactory() const override {
         return QQuickTextureFactory::textureFactoryForImage(image_);
     }
 
     void take(const QImage& image) {
-        image_ = image;
+        image_ = *cancelled ? QImage() : image;
         Q_EMIT finished();
     }
 
@@ -165,7 +176,7 @@ QQuickImageResponse* ThumbnailProvider::requestImageResponse(const QString& id,
                                                              const QSize& requestedSize) {
     const QString file = id.section(QLatin1Char('?'), 0, 0);
     auto* response = new ThumbnailResponse;
-    auto* job = new ThumbnailJob(shared_, photosFolder_, file, requestedSize);
+    auto* job = new ThumbnailJob(shared_, photosFolder_, file, requestedSize, response->cancelled);
     QObject::connect(job, &ThumbnailJob::done, response, &ThumbnailResponse::take);
     pool_.start(job);
     return response;

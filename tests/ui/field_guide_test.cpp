@@ -177,6 +177,32 @@ private Q_SLOTS:
                  QStringLiteral("7 Mohs"));
     }
 
+    // Tab walks the screen in reading order: search, the card, the picker, the list.
+    void the_library_is_usable_from_the_keyboard_alone() {
+        go(QStringLiteral("library"));
+        key(Qt::Key_F, Qt::ControlModifier);
+        QVERIFY(visible(QStringLiteral("searchField"))->hasActiveFocus());
+        key(Qt::Key_Tab);
+        QQuickItem* card = visible(QStringLiteral("stoneOfTheDay"));
+        QVERIFY(card->hasActiveFocus());
+        key(Qt::Key_Tab);
+        QVERIFY(visible(QStringLiteral("categoryPicker"))->hasActiveFocus());
+        key(Qt::Key_Tab);
+        QQuickItem* view = list();
+        QVERIFY(view->hasActiveFocus());
+        QCOMPARE(view->property("currentIndex").toInt(), 0);
+        key(Qt::Key_Down);
+        QCOMPARE(view->property("currentIndex").toInt(), 1);
+
+        // Return on the card opens today's species.
+        card->forceActiveFocus();
+        key(Qt::Key_Return);
+        QCOMPARE(model_.navigation(QStringLiteral("library"))->itemId(),
+                 model_.libraryList()->stoneOfTheDay()["specimenId"].toString());
+        key(Qt::Key_Backspace);
+        QCOMPARE(depth("library"), 0);
+    }
+
     void the_category_picker_counts_add_up_and_filter_the_list() {
         go(QStringLiteral("library"));
         QQuickItem* picker = visible(QStringLiteral("categoryPicker"));
@@ -202,6 +228,21 @@ private Q_SLOTS:
                  QStringLiteral("Rocks (%1)").arg(rocks));
         QCOMPARE(countLine(), QStringLiteral("%1 species").arg(rocks));
         QCOMPARE(list()->property("count").toInt(), rocks);
+
+        // The mouse opens the list of choices; "All" brings every species back.
+        click(picker);
+        QObject* popup = picker->property("popup").value<QObject*>();
+        QTRY_VERIFY(popup->property("opened").toBool());
+        QQuickItem* popupList = popup->property("contentItem").value<QQuickItem*>();
+        QQuickItem* all = nullptr;
+        QMetaObject::invokeMethod(popupList, "itemAtIndex", Q_RETURN_ARG(QQuickItem*, all),
+                                  Q_ARG(int, 0));
+        QVERIFY(all);
+        QTRY_VERIFY(all->isVisible() && all->height() > 0);
+        click(all);
+        QTRY_VERIFY(!popup->property("visible").toBool());
+        QCOMPARE(model_.libraryList()->category(), QString());
+        QCOMPARE(list()->property("count").toInt(), total);
     }
 
     void a_detail_opens_with_its_facts_and_back_keeps_search_filter_and_scroll() {
@@ -340,6 +381,13 @@ private Q_SLOTS:
         model_.navigation(QStringLiteral("library"))
             ->push(QStringLiteral("specimen"), QStringLiteral("quartz"));
         QVERIFY(!visible(QStringLiteral("matchShare")));
+        // A species the library does not know says so instead of showing an empty page.
+        model_.navigation(QStringLiteral("library"))
+            ->push(QStringLiteral("specimen"), QStringLiteral("no-such-stone"));
+        QVERIFY(visible(QStringLiteral("specimenGone")));
+        QVERIFY(!visible(QStringLiteral("factTiles")));
+        key(Qt::Key_Backspace);
+        QVERIFY(!visible(QStringLiteral("specimenGone")));
         // The model's demo detail is the same screen.
         model_.setDemoDetail(QStringLiteral("amethyst"));
         QCOMPARE(screen()->objectName(), QStringLiteral("specimenDetailScreen"));
@@ -617,6 +665,10 @@ private Q_SLOTS:
                 model_.navigation(QStringLiteral("library"))
                     ->push(QStringLiteral("specimen"), QStringLiteral("amethyst"), 0.62);
                 shoot("detail-" + suffix);
+                QQuickItem* flick = visible(QStringLiteral("detailFlick"));
+                flick->setProperty("contentY",
+                                   flick->property("contentHeight").toReal() - flick->height());
+                shoot("detail-end-" + suffix);
                 model_.navigation(QStringLiteral("library"))->clear();
                 model_.libraryList()->setQuery(QStringLiteral("zzqx"));
                 shoot("library-empty-" + suffix);

@@ -100,3 +100,15 @@ TEST(UiThumbnailProvider, serves_the_session_photo_and_follows_its_changes) {
     provider.setSessionPhoto({});
     EXPECT_TRUE(request(provider, "@session?3", {40, 40}).isNull());
 }
+
+TEST(UiThumbnailProvider, a_cancelled_request_still_finishes_without_an_image) {
+    TempDir photos;
+    writePhoto(photos, "C.jpg", jpegOf({100, 100}, Qt::red));
+    ThumbnailProvider provider(photos.path());
+    std::unique_ptr<QQuickImageResponse> response(provider.requestImageResponse("C.jpg", {40, 40}));
+    response->cancel();
+    QSignalSpy finished(response.get(), &QQuickImageResponse::finished);
+    EXPECT_TRUE(finished.wait(5000));
+    std::unique_ptr<QQuickTextureFactory> factory(response->textureFactory());
+    EXPECT_TRUE(!factory || factory->image().isNull());
+}

@@ -13,7 +13,9 @@ Button {
     property string glyph: ""
     property string glyphFamily: ""
 
-    readonly property var kit: OrloKitHost.theme
+    // A typed value, not a var: a var property is already gone while a button that is being
+    // destroyed re-evaluates its colours, which printed TypeErrors.
+    readonly property vxKitTheme kit: OrloKitHost.theme
     readonly property color foreground: prominent ? kit.bg : kit.text
 
     horizontalPadding: compact ? 8 : 14

@@ -13,7 +13,9 @@ Item {
     implicitWidth: inner.childrenRect.width + 2 * padding
     implicitHeight: inner.childrenRect.height + 2 * padding
 
-    readonly property var kit: OrloKitHost.theme
+    // A typed value, not a var: a var property is already gone while a panel that is being
+    // destroyed re-evaluates its colours, which printed TypeErrors.
+    readonly property vxKitTheme kit: OrloKitHost.theme
 
     // The rim: a one-pixel outline, brighter along the top edge.
     Rectangle {
