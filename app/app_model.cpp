@@ -95,12 +95,26 @@ AppModel::AppModel(std::shared_ptr<const SpecimenLibrary> library,
         navigators_.push_back(new SectionNavigator(this));
     }
     storeObserver_ = store_.observe([this] { onStoreChanged(); });
+    backup_ = new BackupController(store_, *library_, this);
+    collection_ = new CollectionListModel(store_, *library_, samples_.get(), this);
+    collectionEditor_ = new CollectionEditor(store_, *library_, this);
+    connect(this, &AppModel::storeChanged, collection_, &CollectionListModel::refresh);
     canIdentify_ = canIdentify();
     hasSamples_ = store_.hasSamples();
 }
 
 AppModel::~AppModel() {
+    // These use the store, which goes before the QObject children would.
+    delete collectionEditor_;
+    delete collection_;
+    delete backup_;
     store_.unobserve(storeObserver_);
+}
+
+void AppModel::addToCollection(const QString& specimenId, double confidence,
+                               bool withSessionPhoto) {
+    collectionEditor_->openForSpecies(specimenId, confidence,
+                                      withSessionPhoto ? photoData_ : QByteArray());
 }
 
 // --- Section and demo detail
