@@ -1,5 +1,6 @@
 #include "app/app_model.h"
 
+#include "app/specimen_facts.h"
 #include "identify/image_tools.h"
 #include "identify/question.h"
 #include "samples/sample_set.h"
@@ -99,6 +100,9 @@ AppModel::AppModel(std::shared_ptr<const SpecimenLibrary> library,
     collection_ = new CollectionListModel(store_, *library_, samples_.get(), this);
     collectionEditor_ = new CollectionEditor(store_, *library_, this);
     connect(this, &AppModel::storeChanged, collection_, &CollectionListModel::refresh);
+    libraryList_ = new LibraryListModel(*library_, store_, this);
+    favoritesList_ = new FavoritesListModel(*library_, store_, this);
+    historyList_ = new HistoryListModel(*library_, store_, this);
     canIdentify_ = canIdentify();
     hasSamples_ = store_.hasSamples();
 }
@@ -108,6 +112,10 @@ AppModel::~AppModel() {
     delete collectionEditor_;
     delete collection_;
     delete backup_;
+    // The list models observe the store, which goes before the children do.
+    delete libraryList_;
+    delete favoritesList_;
+    delete historyList_;
     store_.unobserve(storeObserver_);
 }
 
@@ -186,6 +194,21 @@ bool AppModel::isFavorite(const QString& specimenId) const {
 
 void AppModel::toggleFavorite(const QString& specimenId) {
     store_.toggleFavorite(utf8(specimenId));
+}
+
+QVariantMap AppModel::specimenDetail(const QString& specimenId, double confidence) const {
+    return specimenFacts(library_->specimen(utf8(specimenId)), *library_,
+                         confidence >= 0 ? std::optional<double>(confidence) : std::nullopt);
+}
+
+void AppModel::deleteHistory(const QString& entryId) {
+    if (auto id = Uuid::parse(utf8(entryId))) {
+        store_.deleteHistory(*id);
+    }
+}
+
+void AppModel::clearHistory() {
+    store_.clearHistory();
 }
 
 void AppModel::setDemoDetail(const QString& specimenId) {

@@ -14,6 +14,9 @@
 #include "app/candidate_list_model.h"
 #include "app/collection_editor.h"
 #include "app/collection_list_model.h"
+#include "app/favorites_list_model.h"
+#include "app/history_list_model.h"
+#include "app/library_list_model.h"
 #include "app/section_navigator.h"
 #include "identify/answers.h"
 #include "identify/matcher.h"
@@ -102,6 +105,11 @@ class AppModel : public QObject {
     // My Collection: the list (with search and undo of a delete) and the one editor sheet.
     Q_PROPERTY(quarrydex::CollectionListModel* collection READ collection CONSTANT)
     Q_PROPERTY(quarrydex::CollectionEditor* collectionEditor READ collectionEditor CONSTANT)
+    // The field guide's lists: the library with its search and category filter, the starred
+    // species, and past identifications. Each follows the store by itself.
+    Q_PROPERTY(LibraryListModel* libraryList READ libraryList CONSTANT)
+    Q_PROPERTY(FavoritesListModel* favoritesList READ favoritesList CONSTANT)
+    Q_PROPERTY(HistoryListModel* historyList READ historyList CONSTANT)
 
 public:
     static constexpr int candidateLimit = 8;
@@ -194,6 +202,17 @@ public:
     Q_INVOKABLE void addToCollection(const QString& specimenId, double confidence,
                                      bool withSessionPhoto);
     Q_INVOKABLE void toggleFavorite(const QString& specimenId);
+    LibraryListModel* libraryList() const { return libraryList_; }
+    FavoritesListModel* favoritesList() const { return favoritesList_; }
+    HistoryListModel* historyList() const { return historyList_; }
+    // The detail screen's texts for a library species (see specimenFacts()); with a share
+    // (0...1) from an identification result also its match-share line. {found: false} for
+    // an unknown id.
+    Q_INVOKABLE QVariantMap specimenDetail(const QString& specimenId, double confidence = -1) const;
+    // Removes one past identification (by its id) and releases its photo; unknown ids do nothing.
+    Q_INVOKABLE void deleteHistory(const QString& entryId);
+    // Empties the history; collection and favorites stay.
+    Q_INVOKABLE void clearHistory();
     // Sets an answer by raw values ("" clears it). False, and nothing changes, for an unknown
     // question or answer.
     Q_INVOKABLE bool setAnswer(const QString& question, const QString& raw);
@@ -277,6 +296,11 @@ private:
     BackupController* backup_ = nullptr;
     CollectionListModel* collection_ = nullptr;
     CollectionEditor* collectionEditor_ = nullptr;
+
+    // Child objects that observe the store: deleted before it, in the destructor.
+    LibraryListModel* libraryList_ = nullptr;
+    FavoritesListModel* favoritesList_ = nullptr;
+    HistoryListModel* historyList_ = nullptr;
 };
 
 } // namespace quarrydex

@@ -12,7 +12,7 @@ namespace {
 
 // Code points from the font package's stylesheet
 // (/usr/share/fonts-materialdesignicons-webfont/css/materialdesignicons.css).
-constexpr std::array<IconGlyph, 50> glyphs{{
+constexpr std::array<IconGlyph, 51> glyphs{{
     // sidebar sections
     {"camera.viewfinder", "camera-iris", 0xF104},
     {"books.vertical", "library-books", 0xF332},
@@ -65,6 +65,7 @@ constexpr std::array<IconGlyph, 50> glyphs{{
     {"square.and.arrow.up", "export", 0xF207},
     {"square.and.arrow.down", "download", 0xF1DA},
     {"chevron.right", "chevron-right", 0xF142},
+    {"chevron.left", "chevron-left", 0xF141},
     {"wifi.slash", "wifi-off", 0xF5AA},
     {"lightbulb", "lightbulb-outline", 0xF336},
     {"info.bubble", "information-variant", 0xF64E},

@@ -5,6 +5,7 @@
 #include "ui/icons.h"
 #include "ui/kit/kit_host.h"
 #include "ui/theme.h"
+#include "ui/thumbnail_provider.h"
 
 #include <QGuiApplication>
 #include <QIcon>
@@ -21,6 +22,9 @@ namespace quarrydex::ui {
 namespace {
 
 constexpr const char* applicationID = "example.fernwick.Quarrydex";
+
+// The model registerModel() made the QML singleton; engines prepared later serve its photos.
+AppModel* registeredModel = nullptr;
 
 bool startsWith(const std::string& text, std::string_view prefix) {
     return text.compare(0, prefix.size(), prefix) == 0;
@@ -89,12 +93,23 @@ void installKit() {
 
 void registerModel(AppModel* model) {
     qmlRegisterSingletonInstance("Quarrydex", 1, 0, "AppModel", model);
+    registeredModel = model;
 }
 
 void prepareEngine(QQmlEngine& engine) {
     // Qt 6.4 looks for modules in "qrc:/qt-project.org/imports" but not at the resource root,
     // where qt_add_qml_module puts this one.
     engine.addImportPath(QStringLiteral("qrc:/"));
+
+    // "image://thumbnail/<file>": the store's photos, decoded off the GUI thread at the size
+    // shown; "image://thumbnail/@session" the photo of the current identification.
+    if (AppModel* model = registeredModel) {
+        auto* thumbnails = new ThumbnailProvider(model->store().photosFolder());
+        thumbnails->setSessionPhoto(model->photoData());
+        QObject::connect(model, &AppModel::photoDataChanged, &engine,
+                         [thumbnails, model] { thumbnails->setSessionPhoto(model->photoData()); });
+        engine.addImageProvider(QString::fromLatin1(ThumbnailProvider::providerName), thumbnails);
+    }
 }
 
 QUrl mainWindowUrl() {

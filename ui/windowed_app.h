@@ -40,7 +40,9 @@ void describeApplication();
 void installKit();
 // Makes `model` the `AppModel` singleton of the QML module, for every engine of the process.
 void registerModel(AppModel* model);
-// Lets `engine` find the module's qmldir, which is compiled into the program's resources.
+// Lets `engine` find the module's qmldir, which is compiled into the program's resources, and
+// gives it the thumbnail provider over the registered model's photos (call registerModel()
+// first).
 void prepareEngine(QQmlEngine& engine);
 // The main window's QML.
 QUrl mainWindowUrl();

@@ -6,6 +6,7 @@
 #include "app/app_model.h"
 #include "backup/backup_archive.h"
 #include "identify/image_tools.h"
+#include "tests/ui/quick_test_support.h"
 #include "ui/kit/vx_zoom.h"
 #include "ui/theme.h"
 #include "ui/windowed_app.h"
@@ -31,42 +32,12 @@
 Q_IMPORT_QML_PLUGIN(QuarrydexPlugin)
 
 using namespace quarrydex;
+using namespace quarrydex::test;
 using quarrydex::ui::Theme;
 using quarrydex::ui::VxZoom;
 namespace fs = std::filesystem;
 
 namespace {
-
-void failOnAnyWarning() {
-    QTest::failOnWarning(
-        QRegularExpression(QStringLiteral("^(?!This plugin does not support raise\\(\\)$).*")));
-}
-
-QQuickItem* findIf(QQuickItem* root, const std::function<bool(QQuickItem*)>& match) {
-    if (!root || match(root)) {
-        return root;
-    }
-    for (QQuickItem* child : root->childItems()) {
-        if (QQuickItem* found = findIf(child, match)) {
-            return found;
-        }
-    }
-    return nullptr;
-}
-
-// The first visible item called `name`.
-QQuickItem* findItem(QQuickItem* root, const QString& name) {
-    return findIf(
-        root, [&](QQuickItem* item) { return item->objectName() == name && item->isVisible(); });
-}
-
-QString textOf(QQuickItem* item) {
-    return item ? item->property("text").toString() : QString();
-}
-
-QPoint centreOf(QQuickItem* item) {
-    return item->mapToScene(QPointF(item->width() / 2, item->height() / 2)).toPoint();
-}
 
 QUrl urlOf(const fs::path& path) {
     return QUrl::fromLocalFile(QString::fromStdString(path.string()));
@@ -83,13 +54,9 @@ public:
 private:
     BackupController& backup() { return *model_.backup(); }
 
-    void settle() {
-        QSignalSpy drawn(window_, &QQuickWindow::frameSwapped);
-        window_->update();
-        drawn.wait(2000);
-    }
+    void settle() { quarrydex::test::settle(window_); }
 
-    QQuickItem* item(const QString& name) { return findItem(window_->contentItem(), name); }
+    QQuickItem* item(const QString& name) { return findVisible(window_->contentItem(), name); }
     // Popups (dialogs) live in the window's overlay, which is inside the content item too.
     QQuickItem* overlayItem(const QString& name) { return item(name); }
 

@@ -3,6 +3,7 @@
 // QML ones included, fails the test.
 
 #include "app/app_model.h"
+#include "quick_test_support.h"
 #include "ui/help.h"
 #include "ui/kit/kit_host.h"
 #include "ui/kit/vx_zoom.h"
@@ -30,62 +31,16 @@
 Q_IMPORT_QML_PLUGIN(QuarrydexPlugin)
 
 using quarrydex::AppModel;
+using namespace quarrydex::test;
 using quarrydex::ui::QuarrydexHelp;
 using quarrydex::ui::Theme;
 using quarrydex::ui::VxZoom;
 
 namespace {
 
-// Every warning fails a test, except the offscreen platform's note that it cannot raise a
-// window above the others.
-void failOnAnyWarning() {
-    QTest::failOnWarning(
-        QRegularExpression(QStringLiteral("^(?!This plugin does not support raise\\(\\)$).*")));
-}
-
-// The first item in the tree under `root`, itself included, that `match` accepts.
-QQuickItem* findIf(QQuickItem* root, const std::function<bool(QQuickItem*)>& match) {
-    if (!root || match(root)) {
-        return root;
-    }
-    for (QQuickItem* child : root->childItems()) {
-        if (QQuickItem* found = findIf(child, match)) {
-            return found;
-        }
-    }
-    return nullptr;
-}
-
-QQuickItem* findItem(QQuickItem* root, const QString& name) {
-    return findIf(root, [&](QQuickItem* item) { return item->objectName() == name; });
-}
-
-QString textOf(QQuickItem* item) {
-    return item ? item->property("text").toString() : QString();
-}
-
-QStringList textsOf(const QList<QQuickItem*>& items) {
-    QStringList texts;
-    for (QQuickItem* item : items) {
-        texts << textOf(item);
-    }
-    return texts;
-}
-
 // The sections in sidebar order, which is also the order of Ctrl+1..7.
 const QStringList kSections = {"identify", "library", "favorites", "collection",
                                "history",  "backup",  "about"};
-
-QPoint centreOf(QQuickItem* item) {
-    return item->mapToScene(QPointF(item->width() / 2, item->height() / 2)).toPoint();
-}
-
-// Lets the window lay out and draw once, so that items are where a click will find them.
-void settle(QQuickWindow* window) {
-    QSignalSpy drawn(window, &QQuickWindow::frameSwapped);
-    window->update();
-    drawn.wait(2000);
-}
 
 bool libraryIsBroken() {
     return qEnvironmentVariableIsSet("QUARRYDEX_TEST_LIBRARY_ERROR");
@@ -209,8 +164,8 @@ private Q_SLOTS:
     // Each click also closes a demo detail left open.
     void the_sidebar_lists_three_groups_and_switches_sections() {
         model_.setDemoDetail(QStringLiteral("quartz"));
-        QCOMPARE(detailScreen()->objectName(), QStringLiteral("demoDetailScreen"));
-        QCOMPARE(textOf(findItem(detailScreen(), QStringLiteral("demoDetailName"))),
+        QCOMPARE(detailScreen()->objectName(), QStringLiteral("specimenDetailScreen"));
+        QCOMPARE(textOf(findItem(detailScreen(), QStringLiteral("specimenName"))),
                  QStringLiteral("Quartz"));
         QQuickItem* sidebar = findItem(window_->contentItem(), QStringLiteral("sidebar"));
         QVERIFY(sidebar->width() >= 200);

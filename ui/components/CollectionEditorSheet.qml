@@ -19,8 +19,11 @@ Dialog {
     anchors.centerIn: Overlay.overlay
     padding: Theme.margin
     closePolicy: Popup.CloseOnEscape
-    width: Math.min(Theme.dialogWidth * 1.6, parent ? parent.width - 2 * Theme.margin : Theme.dialogWidth)
-    height: Math.min(implicitHeight, parent ? parent.height - 2 * Theme.margin : implicitHeight)
+    // Drawn at the window's zoom like everything else; sized to fit the window at that zoom.
+    scale: VxZoom.value
+    width: Math.min(Theme.dialogWidth * 1.6,
+                    parent ? parent.width / scale - 2 * Theme.margin : Theme.dialogWidth)
+    height: Math.min(implicitHeight, parent ? parent.height / scale - 2 * Theme.margin : implicitHeight)
     contentHeight: form.implicitHeight
 
     Overlay.modal: Rectangle { color: Theme.scrim }
@@ -226,6 +229,11 @@ Dialog {
                 }
                 TextArea {
                     objectName: "editorNotes"
+                    background: Rectangle {
+                        color: Theme.surface
+                        radius: Theme.spacingSmall
+                        border.color: parent.activeFocus ? Theme.accent : Theme.hairline
+                    }
                     text: sheet.editor.notes
                     wrapMode: TextEdit.Wrap
                     onTextChanged: if (text !== sheet.editor.notes) sheet.editor.notes = text

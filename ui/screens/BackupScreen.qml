@@ -326,6 +326,7 @@ Item {
         title: qsTr("Restore from this backup?")
         modal: true
         anchors.centerIn: Overlay.overlay
+        scale: VxZoom.value
         padding: Theme.margin
         closePolicy: Popup.CloseOnEscape
 

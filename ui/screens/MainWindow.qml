@@ -76,8 +76,10 @@ ThemedWindow {
     }
     Component {
         id: demoDetail
-        DemoDetailScreen {
-            name: AppModel.demoDetailName
+        SpecimenDetailScreen {
+            specimenId: AppModel.demoDetail
+            onBackRequested: AppModel.demoDetail = ""
+            onOpenSpecimen: (id) => AppModel.demoDetail = id
         }
     }
     Component {

@@ -1,0 +1,57 @@
+import QtQuick
+import QtQuick.Layouts
+import Quarrydex
+
+// What a screen shows when it has nothing to list: a symbol, a title and a message, centred.
+// Any of the three may be empty and is then left out.
+Item {
+    id: state
+
+    property string symbol: ""
+    property string title: ""
+    property string message: ""
+
+    objectName: "emptyState"
+    implicitWidth: column.implicitWidth
+    implicitHeight: column.implicitHeight
+
+    ColumnLayout {
+        id: column
+        anchors.centerIn: parent
+        width: Math.min(state.width - 2 * Theme.margin, Theme.readingWidth)
+        spacing: Theme.spacing
+
+        SymbolIcon {
+            visible: state.symbol !== ""
+            symbol: state.symbol
+            size: Theme.iconLarge * 2
+            color: Theme.textMuted
+            Layout.alignment: Qt.AlignHCenter
+        }
+        Text {
+            objectName: "emptyStateTitle"
+            visible: state.title !== ""
+            text: state.title
+            color: Theme.text
+            font.pixelSize: Theme.fontTitle
+            font.weight: Font.DemiBold
+            horizontalAlignment: Text.AlignHCenter
+            wrapMode: Text.WordWrap
+            Layout.fillWidth: true
+        }
+        Text {
+            objectName: "emptyStateMessage"
+            visible: state.message !== ""
+            text: state.message
+            color: Theme.textMuted
+            font.pixelSize: Theme.fontBody
+            horizontalAlignment: Text.AlignHCenter
+            wrapMode: Text.WordWrap
+            lineHeight: 1.15
+            Layout.fillWidth: true
+        }
+    }
+
+    Accessible.role: Accessible.StaticText
+    Accessible.name: title !== "" ? title + ". " + message : message
+}

@@ -1,0 +1,194 @@
+import QtQuick
+import QtQuick.Controls
+import QtQuick.Layouts
+import Quarrydex
+
+// The frame every list screen shares: the title with its toolbar buttons, an optional search
+// field, an optional block under it (`header`), the count line, and the list itself or, when
+// the list is empty, an empty state. Screens differ only in their model and row delegate.
+//
+// Keyboard: Ctrl+F focuses the search field, Escape in it clears it, Down moves into the list;
+// in the list the arrow keys move the current row, Return opens it (`activated`) and Delete
+// asks for its action (`actionRequested`).
+FocusScope {
+    id: screen
+
+    required property string title
+    property bool searchable: false
+    property string searchPrompt: ""
+    // The search text to show (bind it to the model's); edits come back as queryEdited().
+    property string query: ""
+    property string countText: ""
+    property alias model: list.model
+    property alias delegate: list.delegate
+    // Shown between the search field and the count line (e.g. a card and a filter).
+    property Component header: null
+    // Buttons beside the title.
+    default property alias toolbar: toolbarRow.data
+    property bool empty: list.count === 0
+    property string emptySymbol: ""
+    property string emptyTitle: ""
+    property string emptyMessage: ""
+
+    readonly property alias listView: list
+    readonly property alias searchField: searchField
+
+    signal queryEdited(string query)
+    signal activated(int index)
+    signal actionRequested(int index)
+
+    ColumnLayout {
+        anchors.fill: parent
+        anchors.margins: Theme.margin
+        spacing: Theme.spacing + Theme.spacingSmall
+
+        RowLayout {
+            spacing: Theme.spacing
+            Layout.fillWidth: true
+
+            Text {
+                objectName: "screenTitle"
+                text: screen.title
+                color: Theme.text
+                font.pixelSize: Theme.fontLargeTitle
+                font.weight: Font.DemiBold
+                elide: Text.ElideRight
+                Layout.fillWidth: true
+            }
+            RowLayout {
+                id: toolbarRow
+                spacing: Theme.spacing
+            }
+        }
+
+        TextField {
+            id: searchField
+            objectName: "searchField"
+            visible: screen.searchable
+            placeholderText: screen.searchPrompt
+            text: screen.query
+            onTextEdited: screen.queryEdited(text)
+            selectByMouse: true
+            font.pixelSize: Theme.fontBody
+            leftPadding: Theme.iconSize + 2 * Theme.spacing
+            Layout.fillWidth: true
+            Accessible.name: screen.searchPrompt
+
+            SymbolIcon {
+                anchors.left: parent.left
+                anchors.leftMargin: Theme.spacing
+                anchors.verticalCenter: parent.verticalCenter
+                symbol: "magnifyingglass"
+                size: Theme.iconSize
+                color: Theme.textMuted
+            }
+
+            Keys.onEscapePressed: (event) => {
+                if (text === "") {
+                    event.accepted = false
+                    return
+                }
+                clear()
+                screen.queryEdited("")
+            }
+            Keys.onDownPressed: {
+                if (list.count > 0) {
+                    list.currentIndex = Math.max(0, list.currentIndex)
+                    list.forceActiveFocus()
+                }
+            }
+            Keys.onReturnPressed: screen.openCurrent()
+            Keys.onEnterPressed: screen.openCurrent()
+        }
+
+        Loader {
+            objectName: "listHeader"
+            active: screen.header !== null
+            visible: active
+            sourceComponent: screen.header
+            Layout.fillWidth: true
+        }
+
+        Text {
+            objectName: "countLine"
+            visible: screen.countText !== ""
+            text: screen.countText
+            color: Theme.textMuted
+            font.pixelSize: Theme.fontCaption
+            font.weight: Font.DemiBold
+            Layout.fillWidth: true
+        }
+
+        Item {
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+
+            ListView {
+                id: list
+                objectName: "list"
+                anchors.fill: parent
+                visible: !screen.empty
+                clip: true
+                focus: true
+                activeFocusOnTab: true
+                spacing: Theme.spacingSmall
+                boundsBehavior: Flickable.StopAtBounds
+                keyNavigationWraps: false
+                highlightMoveDuration: 0
+                currentIndex: -1
+                reuseItems: true
+                ScrollBar.vertical: ScrollBar {
+                    policy: list.contentHeight > list.height ? ScrollBar.AlwaysOn : ScrollBar.AsNeeded
+                }
+
+                Keys.onReturnPressed: screen.openCurrent()
+                Keys.onEnterPressed: screen.openCurrent()
+                Keys.onDeletePressed: {
+                    if (currentIndex >= 0) {
+                        screen.actionRequested(currentIndex)
+                    }
+                }
+                Keys.onUpPressed: (event) => {
+                    if (currentIndex <= 0 && screen.searchable) {
+                        searchField.forceActiveFocus()
+                    } else {
+                        event.accepted = false
+                    }
+                }
+                onActiveFocusChanged: {
+                    if (activeFocus && currentIndex < 0 && count > 0) {
+                        currentIndex = 0
+                    }
+                }
+            }
+
+            EmptyState {
+                objectName: "emptyState"
+                anchors.fill: parent
+                visible: screen.empty
+                symbol: screen.emptySymbol
+                title: screen.emptyTitle
+                message: screen.emptyMessage
+            }
+        }
+    }
+
+    Shortcut {
+        sequences: [StandardKey.Find]
+        enabled: screen.searchable && screen.visible
+        onActivated: {
+            searchField.forceActiveFocus()
+            searchField.selectAll()
+        }
+    }
+
+    function openCurrent() {
+        if (list.count === 0) {
+            return
+        }
+        if (list.currentIndex < 0) {
+            list.currentIndex = 0
+        }
+        screen.activated(list.currentIndex)
+    }
+}
