@@ -317,6 +317,26 @@ private Q_SLOTS:
                                                       "backup is already here (3 items checked)."));
     }
 
+    void a_restore_whose_photos_cannot_be_written_changes_nothing_and_says_why() {
+        Fixture source;
+        source.addPiece("First");
+        source.addPiece("Second");
+        fs::path file = source.dir / "backup.json";
+        QVERIFY(source.run([&] { return source.backup().saveBackupAs(urlOf(file)); }));
+
+        Fixture f;
+        QVERIFY(f.run([&] { return f.backup().readBackup(urlOf(file)); }));
+        // The photo folder turns into a file: no photo can be written there any more.
+        fs::remove_all(f.store().photosFolder());
+        test::writeFile(f.store().photosFolder(), "not a folder");
+        QVERIFY(!f.run([&] { return f.backup().confirmRestore(); }));
+        QVERIFY(f.backup().message().startsWith(QStringLiteral("Couldn't save the photo: ")));
+        QVERIFY(f.backup().message().endsWith(QStringLiteral(". Nothing was restored.")));
+        QVERIFY(f.backup().messageIsError());
+        QVERIFY(f.store().collection().empty());
+        QCOMPARE(test::readFile(f.store().photosFolder()), std::string("not a folder"));
+    }
+
     void a_read_backup_that_is_not_confirmed_adds_nothing() {
         Fixture source;
         source.addPiece("Kept out");
