@@ -143,8 +143,8 @@ int CollectionListModel::totalCount() const {
 }
 
 QString CollectionListModel::countText() const {
-    return QString::number(count()) +
-           (count() == 1 ? QStringLiteral(" specimen") : QStringLiteral(" specimens"));
+    // The count line's fixed wording, "%1 specimens", also for one.
+    return QStringLiteral("%1 specimens").arg(count());
 }
 
 bool CollectionListModel::matches(const CollectionEntry& entry, const QString& query) const {

@@ -30,7 +30,7 @@ class CollectionListModel : public QAbstractListModel {
     // Rows shown (after the search) and pieces in the store.
     Q_PROPERTY(int count READ count NOTIFY countChanged)
     Q_PROPERTY(int totalCount READ totalCount NOTIFY countChanged)
-    // "12 specimens": the rows shown.
+    // "12 specimens" (the wording stays for one): the rows shown.
     Q_PROPERTY(QString countText READ countText NOTIFY countChanged)
     // Grows with every change of the collection, for bindings that call entry().
     Q_PROPERTY(int revision READ revision NOTIFY revisionChanged)

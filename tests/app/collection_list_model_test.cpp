@@ -111,7 +111,7 @@ private Q_SLOTS:
             QCOMPARE(f.list().totalCount(), 3);
         }
         f.list().setQuery(QStringLiteral("quartz"));
-        QCOMPARE(f.list().countText(), QStringLiteral("1 specimen"));
+        QCOMPARE(f.list().countText(), QStringLiteral("1 specimens"));
         f.add("Smoky quartz"); // a new match shows up under the current search
         QCOMPARE(f.names(), (QStringList{"Smoky quartz", "Rose quartz"}));
     }

@@ -226,7 +226,7 @@ private Q_SLOTS:
         search->forceActiveFocus();
         typeText(window_, QStringLiteral("AMETH"));
         settleWindow();
-        QCOMPARE(textOf(item(QStringLiteral("countLine"))), QStringLiteral("1 specimen"));
+        QCOMPARE(textOf(item(QStringLiteral("countLine"))), QStringLiteral("1 specimens"));
         typeText(window_, QStringLiteral("zz"));
         settleWindow();
         QVERIFY(item(QStringLiteral("emptyState")));
