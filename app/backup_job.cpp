@@ -44,6 +44,53 @@ std::optional<std::string> readWhole(const fs::path& file) {
     return bytes;
 }
 
+Status systemError(int error) {
+    return Error{std::strerror(error)};
+}
+
+// Writes a new file without flushing it: under a temporary name, then renamed into place.
+// The caller flushes a batch of such files at once with flushFileSystem().
+Status writeUnflushed(const fs::path& target, std::string_view bytes) {
+    fs::path temp = target;
+    temp += ".part";
+    int fd = ::open(temp.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+    if (fd < 0) {
+        return systemError(errno);
+    }
+    std::size_t done = 0;
+    while (done < bytes.size()) {
+        ssize_t n = ::write(fd, bytes.data() + done, bytes.size() - done);
+        if (n < 0 && errno == EINTR) {
+            continue;
+        }
+        if (n < 0) {
+            int error = errno;
+            ::close(fd);
+            ::unlink(temp.c_str());
+            return systemError(error);
+        }
+        done += static_cast<std::size_t>(n);
+    }
+    if (::close(fd) != 0 || ::rename(temp.c_str(), target.c_str()) != 0) {
+        int error = errno;
+        ::unlink(temp.c_str());
+        return systemError(error);
+    }
+    return {};
+}
+
+// Flushes everything written to the file system holding `folder` to the disk.
+Status flushFileSystem(const fs::path& folder) {
+    int fd = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (fd < 0) {
+        return systemError(errno);
+    }
+    int result = ::syncfs(fd);
+    int error = errno;
+    ::close(fd);
+    return result == 0 ? Status{} : systemError(error);
+}
+
 bool isBareName(const std::string& name) {
     return !name.empty() && name != "." && name != ".." && name.find('/') == std::string::npos;
 }
@@ -295,13 +342,21 @@ JobOutcome writeRestorePhotos(const StagedBackup& backup, const RestorePlan& pla
     fs::create_directories(photosFolder, ec);
     // Writes one photo; false (after undoing) when it could not be written.
     std::string failure;
+    // Each photo goes in under its record's id, or under a fresh name when a file of that
+    // name is already there (a photo this restore must not overwrite). The photos are
+    // written without a flush each and flushed together below, before any record that
+    // names them is merged.
     auto storePhoto = [&](const std::optional<std::string>& bytes,
                           const Uuid& id) -> std::optional<std::optional<std::string>> {
         if (!bytes) {
             return std::optional<std::string>{};
         }
         std::string name = id.text() + ".jpg";
-        Status status = AtomicFile::write(photosFolder / name, *bytes);
+        std::error_code ec;
+        while (fs::exists(photosFolder / name, ec)) {
+            name = Uuid::random().text() + ".jpg";
+        }
+        Status status = writeUnflushed(photosFolder / name, *bytes);
         if (!status) {
             failure = "Couldn't save the photo: " + status.error();
             return std::nullopt;
@@ -379,6 +434,15 @@ JobOutcome writeRestorePhotos(const StagedBackup& backup, const RestorePlan& pla
     if (progress.cancelled()) {
         undo();
         return JobOutcome::cancellation();
+    }
+    // One flush for all the photos (their data and their folder entries).
+    if (!writtenPhotos.empty()) {
+        Status flushed = flushFileSystem(photosFolder);
+        if (!flushed) {
+            std::string message = "Couldn't save the photo: " + flushed.error();
+            undo();
+            return JobOutcome::failure(message);
+        }
     }
     progress.done = progress.total.load();
     return {};
