@@ -337,6 +337,24 @@ private Q_SLOTS:
         QCOMPARE(test::readFile(f.store().photosFolder()), std::string("not a folder"));
     }
 
+    void a_restored_photo_never_replaces_a_file_already_in_the_photo_folder() {
+        Fixture source;
+        CollectionEntry piece = source.addPiece("Traveller");
+        fs::path file = source.dir / "backup.json";
+        QVERIFY(source.run([&] { return source.backup().saveBackupAs(urlOf(file)); }));
+
+        Fixture f;
+        const fs::path squatter = f.store().photosFolder() / (piece.id.text() + ".jpg");
+        test::writeFile(squatter, "someone else's file");
+        QVERIFY(f.run([&] { return f.backup().readBackup(urlOf(file)); }));
+        QVERIFY(f.run([&] { return f.backup().confirmRestore(); }));
+        QCOMPARE(test::readFile(squatter), std::string("someone else's file"));
+        const CollectionEntry& restored = f.store().collection()[0];
+        QVERIFY(restored.photoFile && *restored.photoFile != squatter.filename().string());
+        QCOMPARE(f.store().photoData(restored.photoFile),
+                 source.store().photoData(piece.photoFile));
+    }
+
     void a_read_backup_that_is_not_confirmed_adds_nothing() {
         Fixture source;
         source.addPiece("Kept out");

@@ -14,7 +14,8 @@ Button {
     property string glyphFamily: ""
 
     readonly property var kit: OrloKitHost.theme
-    readonly property color foreground: prominent ? kit.bg : kit.text
+    // The kit's theme is gone for a moment while a screen holding the button is torn down.
+    readonly property color foreground: !kit ? "transparent" : prominent ? kit.bg : kit.text
 
     horizontalPadding: compact ? 8 : 14
     verticalPadding: compact ? 4 : 8
@@ -45,11 +46,12 @@ Button {
     background: Rectangle {
         implicitHeight: button.compact ? 24 : 32
         radius: height / 2
-        color: button.prominent
+        color: !button.kit ? "transparent"
+               : button.prominent
                ? (button.down ? Qt.darker(button.kit.accent, 1.2) : button.kit.accent)
                : (button.down ? button.kit.panelTop : button.hovered ? Qt.lighter(button.kit.panelBottom, 1.25) : button.kit.panelBottom)
         border.width: button.prominent ? 0 : 1
-        border.color: button.visualFocus ? button.kit.accent : button.kit.rim
+        border.color: !button.kit ? "transparent" : button.visualFocus ? button.kit.accent : button.kit.rim
         opacity: button.enabled ? 1 : 0.6
     }
 }
