@@ -134,6 +134,10 @@ AppModel::AppModel(std::shared_ptr<const SpecimenLibrary> library,
         navigators_.push_back(new SectionNavigator(this));
     }
     storeObserver_ = store_.observe([this] { onStoreChanged(); });
+    backup_ = new BackupController(store_, *library_, this);
+    collection_ = new CollectionListModel(store_, *library_, samples_.get(), this);
+    collectionEditor_ = new CollectionEditor(store_, *library_, this);
+    connect(this, &AppModel::storeChanged, collection_, &CollectionListModel::refresh);
     libraryList_ = new LibraryListModel(*library_, store_, this);
     favoritesList_ = new FavoritesListModel(*library_, store_, this);
     historyList_ = new HistoryListModel(*library_, store_, this);
@@ -146,11 +150,21 @@ AppModel::AppModel(std::shared_ptr<const SpecimenLibrary> library,
 }
 
 AppModel::~AppModel() {
+    // These use the store, which goes before the QObject children would.
+    delete collectionEditor_;
+    delete collection_;
+    delete backup_;
     // The list models observe the store, which goes before the children do.
     delete libraryList_;
     delete favoritesList_;
     delete historyList_;
     store_.unobserve(storeObserver_);
+}
+
+void AppModel::addToCollection(const QString& specimenId, double confidence,
+                               bool withSessionPhoto) {
+    collectionEditor_->openForSpecies(specimenId, confidence,
+                                      withSessionPhoto ? photoData_ : QByteArray());
 }
 
 // --- Section and demo detail

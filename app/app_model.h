@@ -12,7 +12,10 @@
 // state; its outcome is applied back on the main thread.
 
 #include "app/app_section.h"
+#include "app/backup_controller.h"
 #include "app/candidate_list_model.h"
+#include "app/collection_editor.h"
+#include "app/collection_list_model.h"
 #include "app/favorites_list_model.h"
 #include "app/history_list_model.h"
 #include "app/library_list_model.h"
@@ -108,6 +111,11 @@ class AppModel : public QObject {
     // The store's last failure (a save or photo write); "" is none. See clearStoreError().
     Q_PROPERTY(QString storeError READ storeError NOTIFY storeChanged)
     Q_PROPERTY(QStringList favorites READ favorites NOTIFY storeChanged)
+    // The backup screen's operations (drives, backup, restore, CSV export).
+    Q_PROPERTY(quarrydex::BackupController* backup READ backup CONSTANT)
+    // My Collection: the list (with search and undo of a delete) and the one editor sheet.
+    Q_PROPERTY(quarrydex::CollectionListModel* collection READ collection CONSTANT)
+    Q_PROPERTY(quarrydex::CollectionEditor* collectionEditor READ collectionEditor CONSTANT)
     // The field guide's lists: the library with its search and category filter, the starred
     // species, and past identifications. Each follows the store by itself.
     Q_PROPERTY(LibraryListModel* libraryList READ libraryList CONSTANT)
@@ -199,6 +207,14 @@ public:
     // follow every change of the store.
     QStringList favorites() const;
     Q_INVOKABLE bool isFavorite(const QString& specimenId) const;
+    BackupController* backup() const { return backup_; }
+    CollectionListModel* collection() const { return collection_; }
+    CollectionEditor* collectionEditor() const { return collectionEditor_; }
+    // Opens the collection editor on a new piece of a library species, from anywhere (a
+    // species detail, an identification result). `confidence` is the match share (0..1)
+    // when it comes from a result, else -1; `withSessionPhoto` takes the session photo.
+    Q_INVOKABLE void addToCollection(const QString& specimenId, double confidence,
+                                     bool withSessionPhoto);
     Q_INVOKABLE void toggleFavorite(const QString& specimenId);
     LibraryListModel* libraryList() const { return libraryList_; }
     FavoritesListModel* favoritesList() const { return favoritesList_; }
@@ -314,6 +330,10 @@ private:
 
     CandidateListModel* candidates_;            // child object
     std::vector<SectionNavigator*> navigators_; // child objects, one per section in order
+    // Child objects made after the store and deleted first in ~AppModel (they use the store).
+    BackupController* backup_ = nullptr;
+    CollectionListModel* collection_ = nullptr;
+    CollectionEditor* collectionEditor_ = nullptr;
 
     // Child objects that observe the store: deleted before it, in the destructor.
     LibraryListModel* libraryList_ = nullptr;

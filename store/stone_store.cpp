@@ -274,6 +274,9 @@ void StoneStore::releasePhoto(const std::optional<std::string>& file) {
 }
 
 void StoneStore::removeReleasedPhotos() {
+    if (photoHolds_ > 0) {
+        return; // kept in releasedPhotos_ until the last hold ends
+    }
     std::vector<std::string> released = std::move(releasedPhotos_);
     releasedPhotos_.clear();
     for (const std::string& file : released) {

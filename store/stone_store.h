@@ -98,6 +98,17 @@ public:
     // releases their photos; returns how many collection entries went.
     int removeSamples();
 
+    // While any hold lives, photo files that no record uses any more stay on disk, so work on
+    // another thread that read the records earlier (a backup) can still read their photos.
+    // They are deleted by the first save after the last hold ends. Holds are made and ended
+    // on the store's thread.
+    void holdPhotoFiles() { ++photoHolds_; }
+    void releasePhotoFiles() {
+        if (photoHolds_ > 0) {
+            --photoHolds_;
+        }
+    }
+
     // Tests only: options for every file the store writes (e.g. a simulated full disk).
     void setSaveOptions(AtomicFile::Options options) { saveOptions_ = options; }
 
@@ -126,6 +137,7 @@ private:
     // Photos no record refers to any more. They are deleted only after a save, so the data
     // file on disk never names a photo that is gone.
     std::vector<std::string> releasedPhotos_;
+    int photoHolds_ = 0; // see holdPhotoFiles()
 
     std::vector<std::pair<ObserverId, std::function<void()>>> observers_;
     ObserverId nextObserverId_ = 1;

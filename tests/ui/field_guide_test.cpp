@@ -272,7 +272,7 @@ private Q_SLOTS:
                          "Streak", "Cleavage", "Magnetic", "Fizzes in acid", "Colors"}));
         QVERIFY(findVisible(detail, QStringLiteral("savedOffline")));
         QVERIFY(!findVisible(detail, QStringLiteral("matchShare")));
-        QVERIFY(!findItem(detail, QStringLiteral("addToCollection"))->isEnabled());
+        QVERIFY(findItem(detail, QStringLiteral("addToCollection"))->isEnabled());
         QCOMPARE(textOf(findItem(findItem(detail, QStringLiteral("summary")),
                                  QStringLiteral("sectionBody"))),
                  model_.specimenDetail(id)["summary"].toString());

@@ -47,7 +47,8 @@ Button {
     background: Rectangle {
         implicitHeight: button.compact ? 24 : 32
         radius: height / 2
-        color: button.prominent
+        color: !button.kit ? "transparent"
+               : button.prominent
                ? (button.down ? Qt.darker(button.kit.accent, 1.2) : button.kit.accent)
                : (button.down ? button.kit.panelTop : button.hovered ? Qt.lighter(button.kit.panelBottom, 1.25) : button.kit.panelBottom)
         border.width: button.prominent ? 0 : 1

@@ -127,6 +127,16 @@ ThemedWindow {
         id: cameraSheet
     }
 
+    // The collection editor, opened from any screen through AppModel.collectionEditor.
+    CollectionEditorSheet {
+        id: collectionEditorSheet
+    }
+    // "Add Specimen" from anywhere in the window.
+    Shortcut {
+        sequences: ["Ctrl+Shift+N"]
+        onActivated: AppModel.collectionEditor.openNew()
+    }
+
     Connections {
         target: QuarrydexHelp
         function onShowRequested(index) { helpWindow.openOn(index) }

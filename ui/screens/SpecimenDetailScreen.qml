@@ -14,12 +14,15 @@ FocusScope {
     // The match share (0...1) when opened from an identification result; below 0 otherwise.
     property real confidence: -1
     property bool showSessionPhoto: false
-    // "Add to My Collection" is offered once the collection editor can take it.
-    property bool canAddToCollection: false
+    // "Add to My Collection" opens the window's collection editor on this species, with the
+    // session photo and the match share when shown from a result. A host may turn it off.
+    property bool canAddToCollection: true
 
     signal backRequested()
     signal openSpecimen(string specimenId)
     signal addToCollection(string specimenId, real confidence)
+    onAddToCollection: (id, share) => AppModel.addToCollection(id, share,
+                                                               showSessionPhoto && AppModel.hasPhoto)
 
     readonly property var facts: AppModel.specimenDetail(specimenId, confidence)
     readonly property bool favorite: AppModel.favorites.includes(specimenId)
