@@ -151,33 +151,27 @@ std::optional<RGB> ImageTools::averageCenterColor(const Image& image) {
     }
     try {
         VImage crop = image.pixels().crop(w / 4, h / 4, w / 2, h / 2);
-        if (crop.bands() == 3) {
-            crop = crop.bandjoin_const({255});
+        if (crop.format() != VIPS_FORMAT_UCHAR) {
+            crop = crop.cast(VIPS_FORMAT_UCHAR);
         }
-        // Premultiplied like a bitmap context: transparent parts count as black.
-        VImage premultiplied = crop.premultiply();
-        constexpr int side = 24;
-        VImage small =
-            premultiplied.resize(static_cast<double>(side) / crop.width(),
-                                 VImage::option()
-                                     ->set("vscale", static_cast<double>(side) / crop.height())
-                                     ->set("kernel", VIPS_KERNEL_LINEAR));
-        if (small.width() != side || small.height() != side) {
-            small = small.embed(0, 0, side, side, VImage::option()->set("extend", VIPS_EXTEND_COPY))
-                        .crop(0, 0, side, side);
-        }
-        small = (small + 0.5).cast(VIPS_FORMAT_UCHAR).copy_memory();
+        const int bands = crop.bands();
         std::size_t size = 0;
-        const auto* px = static_cast<const unsigned char*>(small.write_to_memory(&size));
+        auto* px = static_cast<unsigned char*>(crop.write_to_memory(&size));
+        // The mean of every pixel of the crop, which drawing it into a small bitmap only
+        // approximates (and, for a crop smaller than the bitmap, pulls toward one corner).
+        // Premultiplied, as in a bitmap: transparent parts count as black.
+        const int colours = bands >= 3 ? 3 : 1;
+        const bool hasAlpha = bands == 2 || bands >= 4;
         double sum[3] = {0, 0, 0};
-        for (std::size_t i = 0; i + 3 < size; i += 4) {
-            sum[0] += px[i];
-            sum[1] += px[i + 1];
-            sum[2] += px[i + 2];
+        for (std::size_t i = 0; i + static_cast<std::size_t>(bands) <= size; i += bands) {
+            const double alpha = hasAlpha ? px[i + colours] / 255.0 : 1.0;
+            for (int c = 0; c < 3; ++c) {
+                sum[c] += px[i + (colours == 3 ? c : 0)] * alpha;
+            }
         }
-        g_free(const_cast<unsigned char*>(px));
-        constexpr double count = side * side;
-        return RGB{sum[0] / count / 255.0, sum[1] / count / 255.0, sum[2] / count / 255.0};
+        g_free(px);
+        const double count = static_cast<double>(crop.width()) * crop.height() * 255.0;
+        return RGB{sum[0] / count, sum[1] / count, sum[2] / count};
     } catch (const VError&) {
         vips_error_clear();
         return std::nullopt;

@@ -37,7 +37,9 @@ public:
     // image, never from an embedded preview. None for anything that is not an image.
     static std::optional<Image> decode(std::string_view data, int maxPixel);
 
-    // Mean colour of the middle quarter, drawn into 24 x 24 pixels; none below 5 x 5.
+    // Mean colour of the middle quarter (origin width/4, height/4, size width/2 x
+    // height/2), alpha premultiplied so transparent parts count as black; exact, however
+    // small the image. None below 5 x 5.
     static std::optional<RGB> averageCenterColor(const Image& image);
 
     // JPEG with quality 0...1; none when encoding fails.

@@ -7,7 +7,8 @@ using vips::VImage;
 
 namespace {
 
-constexpr double tolerance = 1.5 / 255.0;
+// solid() rounds each component to a byte, so a colour comes back within half a step.
+constexpr double tolerance = 0.5 / 255.0 + 1e-9;
 
 // A width x height RGB image, left half one colour and right half another.
 VImage halves(int width, int height, std::vector<double> left, std::vector<double> right) {
@@ -67,7 +68,37 @@ TEST(CenterColor, only_the_middle_quarter_counts) {
     VImage img = VImage::new_from_memory(px.data(), px.size(), 5, 5, 3, VIPS_FORMAT_UCHAR)
                      .copy_memory()
                      .copy(VImage::option()->set("interpretation", VIPS_INTERPRETATION_sRGB));
-    expectColor(ImageTools::averageCenterColor(Image(img)), RGB{0.5, 0, 0.5}, 0.03);
+    // Exactly the mean: no pull toward the block's top-left pixel.
+    expectColor(ImageTools::averageCenterColor(Image(img)), RGB{0.5, 0, 0.5}, 1e-12);
+
+    // 9 x 6: the crop is 4 x 3 at (2, 1); left half red, right half blue, and one column of
+    // the crop's right half white.
+    VImage wide = halves(8, 6, {255, 0, 0}, {0, 0, 255})
+                      .join(VImage::black(1, 6).new_from_image({0, 0, 255}).cast(VIPS_FORMAT_UCHAR),
+                            VIPS_DIRECTION_HORIZONTAL)
+                      .copy(VImage::option()->set("interpretation", VIPS_INTERPRETATION_sRGB));
+    wide = wide.copy_memory();
+    wide.draw_rect({255, 255, 255}, 5, 0, 1, 6);
+    // Crop columns 2..5: red, red, blue, white.
+    expectColor(ImageTools::averageCenterColor(Image(wide)), RGB{0.75, 0.25, 0.5}, 1e-12);
+}
+
+TEST(CenterColor, transparent_parts_count_as_black) {
+    std::vector<unsigned char> px(8 * 8 * 4, 0);
+    for (int y = 0; y < 8; ++y) {
+        for (int x = 0; x < 8; ++x) {
+            unsigned char* p = &px[(y * 8 + x) * 4];
+            p[0] = 200;
+            p[1] = 100;
+            p[3] = x < 4 ? 255 : 51; // right half at 20%
+        }
+    }
+    VImage img = VImage::new_from_memory(px.data(), px.size(), 8, 8, 4, VIPS_FORMAT_UCHAR)
+                     .copy_memory()
+                     .copy(VImage::option()->set("interpretation", VIPS_INTERPRETATION_sRGB));
+    // Crop columns 2..5: two opaque, two at 20%.
+    expectColor(ImageTools::averageCenterColor(Image(img)),
+                RGB{200 * 0.6 / 255, 100 * 0.6 / 255, 0}, 1e-12);
 }
 
 TEST(Decoding, untrusted_bytes_and_more_than_100_megapixels_give_no_image) {
