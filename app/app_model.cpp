@@ -34,6 +34,7 @@ QByteArray toByteArray(const std::string& bytes) {
 
 const QString kPhotoUnreadable =
     QStringLiteral("That file couldn't be opened as a photo. Try a JPEG, HEIC or PNG.");
+const QString kPhotoTooLarge = QStringLiteral("That photo is too large to open.");
 const QString kSampleMissing = QStringLiteral("That sample photo is missing.");
 
 constexpr double kDay = 24 * 60 * 60;
@@ -186,9 +187,10 @@ void AppModel::setPhotoState(QByteArray data, std::optional<RGB> color) {
 }
 
 bool AppModel::setPhoto(const QByteArray& data) {
-    auto prepared = SamplePipeline::prepare(bytesOf(data));
+    auto prepared = SamplePipeline::prepareChecked(bytesOf(data));
     if (!prepared) {
-        setPhotoError(kPhotoUnreadable);
+        setPhotoError(prepared.error() == PhotoFailure::tooLarge ? kPhotoTooLarge
+                                                                 : kPhotoUnreadable);
         return false;
     }
     setPhotoError(QString());

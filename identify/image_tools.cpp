@@ -82,23 +82,22 @@ RGB Image::pixel(int x, int y) const {
     return {at(0), at(1), at(2)};
 }
 
-std::optional<Image> ImageTools::decode(std::string_view data, int maxPixel) {
+Result<Image, PhotoFailure> ImageTools::load(std::string_view data, int maxPixel) {
     if (!initialize() || data.empty() || maxPixel <= 0) {
-        return std::nullopt;
+        return PhotoFailure::notAnImage;
     }
     try {
         std::string_view loader = loaderOf(data);
         if (loader.empty()) {
-            return std::nullopt;
+            return PhotoFailure::notAnImage;
         }
-        // Reads only the header: the size check comes before any pixel is decoded.
+        // Reads only the header: the size checks come before any pixel is decoded.
         VImage header = VImage::new_from_buffer(
             data.data(), data.size(), "", VImage::option()->set("access", VIPS_ACCESS_SEQUENTIAL));
-        if (static_cast<double>(header.width()) * header.height() > maxMegapixels * 1e6) {
-            return std::nullopt;
-        }
+        const double declared = static_cast<double>(header.width()) * header.height();
+        const bool jpeg = loader.find("Jpeg") != std::string_view::npos;
         VImage image;
-        if (loader.find("Jpeg") != std::string_view::npos) {
+        if (jpeg) {
             // libjpeg scales by 1/2, 1/4 or 1/8 while decoding, far cheaper than decoding
             // every pixel: take the largest factor that still leaves at least maxPixel.
             const int longest = std::max(header.width(), header.height());
@@ -106,17 +105,29 @@ std::optional<Image> ImageTools::decode(std::string_view data, int maxPixel) {
             while (shrink < 8 && longest / (shrink * 2) >= maxPixel) {
                 shrink *= 2;
             }
+            const double decoded = std::ceil(static_cast<double>(header.width()) / shrink) *
+                                   std::ceil(static_cast<double>(header.height()) / shrink);
+            const bool progressive =
+                header.get_typeof("jpeg-multiscan") != 0 && header.get_int("jpeg-multiscan") != 0;
+            if (decoded > maxDecodedMegapixels * 1e6 ||
+                (progressive && declared > maxProgressiveJpegMegapixels * 1e6)) {
+                return PhotoFailure::tooLarge;
+            }
+            // Sequential: the scaled rows stream through the resize, and only the result is
+            // held; the orientation is applied to that, not to the decoded size.
             image = VImage::new_from_buffer(
                 data.data(), data.size(), "",
                 VImage::option()->set("shrink", shrink)->set("fail_on", VIPS_FAIL_ON_TRUNCATED));
-            image = fitWithin(image.autorot(), maxPixel).copy_memory();
+            image = fitWithin(image, maxPixel).copy_memory().autorot();
+        } else if (declared > maxDecodedMegapixels * 1e6) {
+            return PhotoFailure::tooLarge;
         } else if (loader.find("Heif") != std::string_view::npos) {
             // The thumbnailer may pick a HEIC file's embedded preview; load the primary
             // image itself and scale it down.
             VImage full = VImage::new_from_buffer(
                 data.data(), data.size(), "",
                 VImage::option()->set("thumbnail", false)->set("fail_on", VIPS_FAIL_ON_TRUNCATED));
-            image = fitWithin(full.autorot(), maxPixel).copy_memory();
+            image = fitWithin(full, maxPixel).copy_memory().autorot();
         } else {
             VipsBlob* blob = vips_blob_new(nullptr, data.data(), data.size());
             try {
@@ -135,13 +146,21 @@ std::optional<Image> ImageTools::decode(std::string_view data, int maxPixel) {
         }
         image = toSRGB8(image).copy_memory();
         if (image.width() < 1 || image.height() < 1) {
-            return std::nullopt;
+            return PhotoFailure::notAnImage;
         }
         return Image(image);
     } catch (const VError&) {
         vips_error_clear();
+        return PhotoFailure::notAnImage;
+    }
+}
+
+std::optional<Image> ImageTools::decode(std::string_view data, int maxPixel) {
+    Result<Image, PhotoFailure> image = load(data, maxPixel);
+    if (!image) {
         return std::nullopt;
     }
+    return std::move(image).value();
 }
 
 std::optional<RGB> ImageTools::averageCenterColor(const Image& image) {
@@ -202,12 +221,24 @@ std::optional<std::string> ImageTools::jpegData(const Image& image, double quali
     }
 }
 
-std::optional<std::string> ImageTools::normalizedJPEG(std::string_view data, int maxPixel) {
-    auto image = decode(data, maxPixel);
+Result<std::string, PhotoFailure> ImageTools::normalize(std::string_view data, int maxPixel) {
+    Result<Image, PhotoFailure> image = load(data, maxPixel);
     if (!image) {
+        return image.error();
+    }
+    std::optional<std::string> jpeg = jpegData(*image, 0.82);
+    if (!jpeg) {
+        return PhotoFailure::notAnImage;
+    }
+    return std::move(*jpeg);
+}
+
+std::optional<std::string> ImageTools::normalizedJPEG(std::string_view data, int maxPixel) {
+    Result<std::string, PhotoFailure> jpeg = normalize(data, maxPixel);
+    if (!jpeg) {
         return std::nullopt;
     }
-    return jpegData(*image, 0.82);
+    return std::move(jpeg).value();
 }
 
 std::optional<Image> ImageTools::solid(const RGB& color, int size) {

@@ -1,4 +1,5 @@
 #include "identify/image_tools.h"
+#include "support/sample_files.h"
 
 #include <gtest/gtest.h>
 
@@ -101,28 +102,80 @@ TEST(CenterColor, transparent_parts_count_as_black) {
                 RGB{200 * 0.6 / 255, 100 * 0.6 / 255, 0}, 1e-12);
 }
 
-TEST(Decoding, untrusted_bytes_and_more_than_100_megapixels_give_no_image) {
+// The frame header of a JPEG patched to claim width x height pixels; the data that follows
+// is for the real, smaller size, so decoding it ends early.
+std::string claimingSize(std::string bytes, int width, int height) {
+    std::size_t sof = bytes.find("\xFF\xC0", 2);
+    if (sof == std::string::npos) {
+        sof = bytes.find("\xFF\xC2", 2); // progressive
+    }
+    EXPECT_NE(sof, std::string::npos);
+    bytes[sof + 5] = static_cast<char>(height >> 8);
+    bytes[sof + 6] = static_cast<char>(height & 0xFF);
+    bytes[sof + 7] = static_cast<char>(width >> 8);
+    bytes[sof + 8] = static_cast<char>(width & 0xFF);
+    return bytes;
+}
+
+PhotoFailure failureOf(std::string_view bytes, int maxPixel) {
+    Result<Image, PhotoFailure> image = ImageTools::load(bytes, maxPixel);
+    EXPECT_FALSE(image) << "decoded as " << image->width() << " x " << image->height();
+    return image ? PhotoFailure::notAnImage : image.error();
+}
+
+bool isTooLarge(std::string_view bytes, int maxPixel) {
+    Result<Image, PhotoFailure> image = ImageTools::load(bytes, maxPixel);
+    return !image && image.error() == PhotoFailure::tooLarge;
+}
+
+TEST(Decoding, untrusted_bytes_give_no_image) {
     std::string good = jpeg(halves(64, 48, {200, 10, 10}, {10, 10, 200}));
     EXPECT_TRUE(ImageTools::decode(good, 100));
-    EXPECT_FALSE(ImageTools::decode("", 100));
-    EXPECT_FALSE(ImageTools::decode("definitely not an image", 100));
-    EXPECT_FALSE(ImageTools::decode(good.substr(0, good.size() / 2), 100)) << "truncated";
-    EXPECT_FALSE(ImageTools::decode(good, 0));
+    EXPECT_EQ(failureOf("", 100), PhotoFailure::notAnImage);
+    EXPECT_EQ(failureOf("definitely not an image", 100), PhotoFailure::notAnImage);
+    EXPECT_EQ(failureOf(good.substr(0, good.size() / 2), 100), PhotoFailure::notAnImage);
+    EXPECT_EQ(failureOf(good, 0), PhotoFailure::notAnImage);
     std::string garbage(4096, '\0');
     for (std::size_t i = 0; i < garbage.size(); ++i) {
         garbage[i] = static_cast<char>((i * 7919) % 251);
     }
+    EXPECT_EQ(failureOf(garbage, 100), PhotoFailure::notAnImage);
     EXPECT_FALSE(ImageTools::decode(garbage, 100));
+}
 
-    // A frame header patched to claim 12000 x 9000 pixels: refused before decoding.
-    std::string bytes = jpeg(halves(16, 16, {1, 2, 3}, {4, 5, 6}));
-    std::size_t sof = bytes.find("\xFF\xC0", 2);
-    ASSERT_NE(sof, std::string::npos);
-    bytes[sof + 5] = static_cast<char>(9000 >> 8);
-    bytes[sof + 6] = static_cast<char>(9000 & 0xFF);
-    bytes[sof + 7] = static_cast<char>(12000 >> 8);
-    bytes[sof + 8] = static_cast<char>(12000 & 0xFF);
-    EXPECT_FALSE(ImageTools::decode(bytes, 1600));
+// What counts is how many pixels would be decoded: a JPEG shrinks by up to 8 while it is
+// decoded, other formats do not, and a progressive JPEG holds its whole size in memory.
+TEST(Decoding, images_that_would_decode_more_than_100_megapixels_are_too_large) {
+    EXPECT_TRUE(isTooLarge(test::pngDeclaring(100000, 100000), 1600));
+    EXPECT_TRUE(isTooLarge(test::pngDeclaring(10001, 10000), 1600));
+    EXPECT_FALSE(isTooLarge(test::pngDeclaring(10000, 10000), 1600)) << "100 MP are allowed";
+
+    // 12000 x 9000 (108 MP) decodes at 1/4 for 1600 pixels; at full size it would decode
+    // every pixel. (The data is for 16 x 16, so what decodes is mostly grey.)
+    std::string small = jpeg(halves(16, 16, {1, 2, 3}, {4, 5, 6}));
+    EXPECT_FALSE(isTooLarge(claimingSize(small, 12000, 9000), 1600));
+    EXPECT_TRUE(isTooLarge(claimingSize(small, 12000, 9000), 12000));
+
+    std::string progressive =
+        bytesOf(halves(16, 16, {1, 2, 3}, {4, 5, 6})
+                    .jpegsave_buffer(VImage::option()->set("interlace", true)));
+    EXPECT_TRUE(isTooLarge(claimingSize(progressive, 16384, 15626), 1600)) << "over 256 MP";
+    EXPECT_FALSE(isTooLarge(claimingSize(progressive, 4000, 3000), 1600));
+}
+
+// A phone's 200-megapixel photos and more: decoded at 1/8, about 4 megapixels.
+TEST(Decoding, a_256_megapixel_jpeg_decodes_to_the_size_asked_for) {
+    VImage huge = VImage::black(16384, 15625, VImage::option()->set("bands", 3))
+                      .new_from_image({200, 60, 40})
+                      .cast(VIPS_FORMAT_UCHAR)
+                      .copy(VImage::option()->set("interpretation", VIPS_INTERPRETATION_sRGB));
+    std::string bytes = bytesOf(huge.jpegsave_buffer(VImage::option()->set("Q", 50)));
+    Result<Image, PhotoFailure> image = ImageTools::load(bytes, 1600);
+    ASSERT_TRUE(image);
+    EXPECT_EQ(image->width(), 1600);
+    EXPECT_EQ(image->height(), 1526);
+    expectColor(ImageTools::averageCenterColor(*image), RGB{200 / 255.0, 60 / 255.0, 40 / 255.0},
+                2.5 / 255);
 }
 
 TEST(Decoding, the_orientation_tag_is_applied) {
