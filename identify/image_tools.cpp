@@ -30,6 +30,31 @@ VImage toSRGB8(VImage image) {
     return image;
 }
 
+// Pixels tagged with a colour profile, converted from it to sRGB (relative colorimetric,
+// so colours outside sRGB are clipped rather than the whole image dulled). Untagged pixels
+// are sRGB already; a profile that cannot be used (damaged, or for another kind of image)
+// is ignored as if it were not there, like an untagged photo.
+VImage fromProfileToSRGB(const VImage& image) {
+    if (image.get_typeof(VIPS_META_ICC_NAME) == 0) {
+        return image;
+    }
+    try {
+        VImage converted = image
+                               .icc_transform("srgb", VImage::option()
+                                                          ->set("embedded", true)
+                                                          ->set("intent", VIPS_INTENT_RELATIVE)
+                                                          ->set("depth", 8))
+                               .copy_memory();
+        converted.remove(VIPS_META_ICC_NAME);
+        return converted;
+    } catch (const VError&) {
+        vips_error_clear();
+        VImage untagged = image.copy();
+        untagged.remove(VIPS_META_ICC_NAME);
+        return untagged;
+    }
+}
+
 VImage fromRGBA(std::vector<unsigned char>& rgba, int width, int height) {
     // A copy: the image must not refer to the caller's buffer once it goes away.
     VipsImage* image = vips_image_new_from_memory_copy(rgba.data(), rgba.size(), width, height, 4,
@@ -131,7 +156,8 @@ Result<Image, PhotoFailure> ImageTools::load(std::string_view data, int maxPixel
         } else {
             VipsBlob* blob = vips_blob_new(nullptr, data.data(), data.size());
             try {
-                // Shrink-on-load where the format has it, orientation applied, never upscaled.
+                // Shrink-on-load where the format has it, orientation applied, never upscaled,
+                // colours left as they are (converted below, as for the other formats).
                 image = VImage::thumbnail_buffer(blob, maxPixel,
                                                  VImage::option()
                                                      ->set("height", maxPixel)
@@ -144,7 +170,7 @@ Result<Image, PhotoFailure> ImageTools::load(std::string_view data, int maxPixel
             }
             vips_area_unref(VIPS_AREA(blob));
         }
-        image = toSRGB8(image).copy_memory();
+        image = toSRGB8(fromProfileToSRGB(image)).copy_memory();
         if (image.width() < 1 || image.height() < 1) {
             return PhotoFailure::notAnImage;
         }

@@ -46,8 +46,10 @@ public:
 
     // Decodes the first image in `data` (JPEG, PNG, HEIC, TIFF, WebP...) with its
     // orientation applied and its longest side at most `maxPixel`, always from the full
-    // image, never from an embedded preview. The size limits are checked from the header,
-    // before any pixel is decoded.
+    // image, never from an embedded preview. Pixels tagged with a colour profile (Display
+    // P3 from phones, Adobe RGB from cameras) are converted to sRGB; untagged pixels are
+    // taken as sRGB. The size limits are checked from the header, before any pixel is
+    // decoded.
     static Result<Image, PhotoFailure> load(std::string_view data, int maxPixel);
     // load() without the reason: none for anything that gives no image.
     static std::optional<Image> decode(std::string_view data, int maxPixel);
@@ -60,7 +62,7 @@ public:
     // JPEG with quality 0...1; none when encoding fails.
     static std::optional<std::string> jpegData(const Image& image, double quality = 0.82);
 
-    // load() then jpegData() at 0.82: the form photos are kept in.
+    // load() then jpegData() at 0.82: the form photos are kept in (sRGB, no profile).
     static Result<std::string, PhotoFailure> normalize(std::string_view data, int maxPixel = 1600);
     // normalize() without the reason.
     static std::optional<std::string> normalizedJPEG(std::string_view data, int maxPixel = 1600);

@@ -16,9 +16,10 @@ packages=(
   qml6-module-qt-labs-settings qml6-module-qt-labs-platform qml6-module-qttest
   fonts-materialdesignicons-webfont
   # tests and benchmarks
-  libgtest-dev libgmock-dev libbenchmark-dev libjpeg-turbo-progs
+  libgtest-dev libgmock-dev libbenchmark-dev libjpeg-turbo-progs liblcms2-dev
   desktop-file-utils appstream
 )
+packages+=("$@")
 
 missing=()
 for p in "${packages[@]}"; do

@@ -2,6 +2,7 @@
 #include "support/sample_files.h"
 
 #include <gtest/gtest.h>
+#include <lcms2.h> // colour profiles and conversions, to make tagged test photos
 
 using namespace quarrydex;
 using vips::VImage;
@@ -217,4 +218,115 @@ TEST(Decoding, heif_photos_decode_from_the_primary_image) {
     ASSERT_TRUE(small);
     EXPECT_EQ(small->width(), 16);
     EXPECT_FALSE(ImageTools::decode(heif.substr(0, heif.size() / 2), 1600));
+}
+
+namespace {
+
+// An RGB colour profile with D65 white, the given primaries and either the sRGB tone
+// curve or a pure gamma, as the profile's bytes.
+std::string rgbProfile(cmsCIExyYTRIPLE primaries, double gamma) {
+    cmsCIExyY white{0.3127, 0.3290, 1.0};
+    // The sRGB curve: parametric type 4 (gamma 2.4 with a linear toe).
+    const double srgb[] = {2.4, 1 / 1.055, 0.055 / 1.055, 1 / 12.92, 0.04045};
+    cmsToneCurve* curve =
+        gamma > 0 ? cmsBuildGamma(nullptr, gamma) : cmsBuildParametricToneCurve(nullptr, 4, srgb);
+    cmsToneCurve* curves[3] = {curve, curve, curve};
+    cmsHPROFILE profile = cmsCreateRGBProfile(&white, &primaries, curves);
+    cmsFreeToneCurve(curve);
+    cmsUInt32Number size = 0;
+    cmsSaveProfileToMem(profile, nullptr, &size);
+    std::string bytes(size, '\0');
+    cmsSaveProfileToMem(profile, bytes.data(), &size);
+    cmsCloseProfile(profile);
+    return bytes;
+}
+
+// Display P3, as phones tag their photos: P3 primaries, D65, the sRGB curve.
+std::string displayP3() {
+    return rgbProfile({{0.680, 0.320, 1}, {0.265, 0.690, 1}, {0.150, 0.060, 1}}, 0);
+}
+
+// Adobe RGB (1998), as cameras offer it: wider greens, gamma 563/256.
+std::string adobeRGB() {
+    return rgbProfile({{0.64, 0.33, 1}, {0.21, 0.71, 1}, {0.15, 0.06, 1}}, 563.0 / 256);
+}
+
+// The 8-bit values that show the sRGB colour `srgb` in the space of `profile`.
+std::vector<double> inProfile(const std::string& profile, RGB srgb) {
+    cmsHPROFILE from = cmsCreate_sRGBProfile();
+    cmsHPROFILE to = cmsOpenProfileFromMem(profile.data(), profile.size());
+    cmsHTRANSFORM t =
+        cmsCreateTransform(from, TYPE_RGB_DBL, to, TYPE_RGB_8, INTENT_RELATIVE_COLORIMETRIC, 0);
+    double in[3] = {srgb.r, srgb.g, srgb.b};
+    unsigned char out[3];
+    cmsDoTransform(t, in, out, 1);
+    cmsDeleteTransform(t);
+    cmsCloseProfile(from);
+    cmsCloseProfile(to);
+    return {double(out[0]), double(out[1]), double(out[2])};
+}
+
+// A solid 64 x 64 image of the given pixel values, tagged with `profile` when it has one.
+VImage tagged(std::vector<double> values, const std::string& profile) {
+    VImage image = halves(64, 64, values, values);
+    if (!profile.empty()) {
+        vips_image_set_blob_copy(image.get_image(), VIPS_META_ICC_NAME, profile.data(),
+                                 profile.size());
+    }
+    return image;
+}
+
+std::string jpegKeepingProfile(const VImage& image) {
+    return bytesOf(image.jpegsave_buffer(VImage::option()->set("Q", 95)));
+}
+
+} // namespace
+
+// A red that a phone stores in Display P3 must read as the same red in sRGB, or the matcher
+// compares the wrong colour; untagged pixels are sRGB as they are.
+TEST(ColourProfiles, tagged_photos_are_converted_to_srgb_before_the_colour_is_read) {
+    const RGB red{0.8, 0.2, 0.2};
+    const std::pair<const char*, std::string> profiles[] = {{"Display P3", displayP3()},
+                                                            {"Adobe RGB", adobeRGB()}};
+    for (const auto& [name, profile] : profiles) {
+        std::vector<double> values = inProfile(profile, red);
+        for (const std::string& bytes : {jpegKeepingProfile(tagged(values, profile)),
+                                         bytesOf(tagged(values, profile).pngsave_buffer())}) {
+            auto image = ImageTools::decode(bytes, 1600);
+            ASSERT_TRUE(image) << name;
+            SCOPED_TRACE(name);
+            expectColor(ImageTools::averageCenterColor(*image), red, 2.5 / 255);
+        }
+        // The same numbers without the profile are taken as sRGB.
+        auto untagged = ImageTools::decode(jpegKeepingProfile(tagged(values, "")), 1600);
+        ASSERT_TRUE(untagged);
+        expectColor(ImageTools::averageCenterColor(*untagged),
+                    RGB{values[0] / 255, values[1] / 255, values[2] / 255}, 2.5 / 255);
+    }
+}
+
+TEST(ColourProfiles, stored_photos_are_srgb_without_a_profile) {
+    const RGB red{0.8, 0.2, 0.2};
+    std::string p3 = jpegKeepingProfile(tagged(inProfile(displayP3(), red), displayP3()));
+    auto stored = ImageTools::normalizedJPEG(p3);
+    ASSERT_TRUE(stored);
+    VImage header = VImage::new_from_buffer(stored->data(), stored->size(), "");
+    EXPECT_EQ(header.get_typeof(VIPS_META_ICC_NAME), 0u) << "no profile is kept";
+    auto image = ImageTools::decode(*stored, 1600);
+    ASSERT_TRUE(image);
+    // Two lossy encodings: within a few steps, far closer than the 15 steps the profile
+    // makes.
+    expectColor(ImageTools::averageCenterColor(*image), red, 4.0 / 255);
+}
+
+TEST(ColourProfiles, a_profile_that_cannot_be_used_is_ignored) {
+    const std::vector<double> values{200, 50, 50};
+    std::string damaged = displayP3().substr(0, 200);
+    std::string cmykProfileOnRGB(128, '\0');
+    for (const std::string& profile : {damaged, cmykProfileOnRGB}) {
+        auto image = ImageTools::decode(jpegKeepingProfile(tagged(values, profile)), 1600);
+        ASSERT_TRUE(image);
+        expectColor(ImageTools::averageCenterColor(*image),
+                    RGB{200 / 255.0, 50 / 255.0, 50 / 255.0}, 2.5 / 255);
+    }
 }
