@@ -1,5 +1,7 @@
 #!/usr/bin/env bash
-# Installs every Debian package Quarrydex needs to build, run and test.
+# Installs every Debian package Quarrydex needs to build, run and test, and any further
+# packages named on the command line (scripts/fuzz.sh asks for Clang this way, so the
+# ordinary build does not pay for it).
 # Idempotent: packages already present are left alone, so a second run is quick.
 set -euo pipefail
 
