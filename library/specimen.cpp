@@ -3,6 +3,7 @@
 #include <charconv>
 #include <cstdio>
 #include <nlohmann/json.hpp>
+#include <unordered_set>
 
 namespace quarrydex {
 using nlohmann::json;
@@ -269,8 +270,13 @@ Result<std::vector<Specimen>> decodeSpecimens(std::string_view bytes) {
         }
         std::vector<Specimen> out;
         out.reserve(root.size());
+        std::unordered_set<std::string> ids;
         for (const json& record : root) {
             out.push_back(decode(record));
+            // The matcher weighs species by id; a file naming one twice is damaged.
+            if (!ids.insert(out.back().id).second) {
+                return Error{"the id \"" + out.back().id + "\" is used by two species"};
+            }
         }
         return out;
     } catch (const DecodeError& e) {

@@ -60,4 +60,11 @@ TEST(SpecimenDecoding, bad_records_and_wrong_types_are_refused) {
     EXPECT_FALSE(specimenFromJson(record));
     EXPECT_FALSE(decodeSpecimens("[1]"));
     EXPECT_FALSE(decodeSpecimens("not json"));
+
+    // Two records with one id: the matcher could not tell them apart (found by fuzzing).
+    nlohmann::json twice = {toJson(makeSpecimen("quartz", "Quartz")),
+                            toJson(makeSpecimen("quartz", "Rock crystal"))};
+    auto decoded = decodeSpecimens(twice.dump());
+    ASSERT_FALSE(decoded);
+    EXPECT_EQ(decoded.error(), "the id \"quartz\" is used by two species");
 }
