@@ -17,6 +17,8 @@ namespace {
 constexpr const char* dataFileName = "quarrydex-data.json";
 constexpr const char* damagedFileName = "quarrydex-data.damaged.json";
 constexpr const char* photosFolderName = "Photos";
+// Restore's staging folders (backup/backup_archive.cpp): this and six characters.
+constexpr const char* restoreStagingPrefix = ".quarrydex-restore-";
 constexpr std::size_t historyCap = 300;
 
 constexpr const char* damagedMessage =
@@ -97,6 +99,28 @@ fs::path StoneStore::defaultRoot() {
         home = user->pw_dir;
     }
     return home / ".local" / "share" / "Quarrydex";
+}
+
+void StoneStore::removeLeftovers(const fs::path& root) {
+    std::error_code ec;
+    for (const fs::directory_entry& entry : fs::directory_iterator(root, ec)) {
+        const std::string name = entry.path().filename().string();
+        bool leftover = (AtomicFile::isLeftover(name) &&
+                         (name.starts_with(std::string(".") + dataFileName) ||
+                          name.starts_with(std::string(".") + damagedFileName))) ||
+                        (name.starts_with(restoreStagingPrefix) &&
+                         name.size() == std::string_view(restoreStagingPrefix).size() + 6);
+        if (leftover) {
+            std::error_code ignored;
+            fs::remove_all(entry.path(), ignored);
+        }
+    }
+    for (const fs::directory_entry& entry : fs::directory_iterator(root / photosFolderName, ec)) {
+        if (AtomicFile::isLeftover(entry.path().filename().string())) {
+            std::error_code ignored;
+            fs::remove(entry.path(), ignored);
+        }
+    }
 }
 
 StoneStore::StoneStore(fs::path root) : root_(std::move(root)) {

@@ -29,6 +29,12 @@ public:
     // The per-user data folder: $XDG_DATA_HOME/Quarrydex, else ~/.local/share/Quarrydex.
     static std::filesystem::path defaultRoot();
 
+    // Removes what a killed run can leave in the data folder `root`: the atomic writer's
+    // temporary files beside the data file and in the photo folder, and restore's staging
+    // folders. Only while holding the folder's DataFolderLock, so that no running copy is
+    // still writing them. Failures are ignored.
+    static void removeLeftovers(const std::filesystem::path& root);
+
     // Remembers `root`, creates its "Photos" folder if it can (a failure shows up at the
     // first photo write instead) and loads the data file.
     explicit StoneStore(std::filesystem::path root);
