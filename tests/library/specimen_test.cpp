@@ -8,6 +8,20 @@
 using namespace quarrydex;
 using quarrydex::test::makeSpecimen;
 
+// A library file may hold any number; a whole one beyond 64 bits was converted to an
+// integer, which is undefined (found by fuzzing).
+TEST(SpecimenText, hardness_text_writes_whole_numbers_without_a_fraction_at_any_size) {
+    EXPECT_EQ(numberText(6), "6");
+    EXPECT_EQ(numberText(5.5), "5.5");
+    EXPECT_EQ(numberText(-0.0), "0");
+    EXPECT_EQ(numberText(4e51), "3999999999999999972883794697446511905846833767776256");
+    EXPECT_EQ(numberText(-1e19), "-10000000000000000000");
+    Specimen s = makeSpecimen("x", "X");
+    s.hardnessMin = 7;
+    s.hardnessMax = 1e300;
+    EXPECT_TRUE(s.hardnessText().starts_with("7\u2013100000000000000005")) << s.hardnessText();
+}
+
 TEST(SpecimenText, gravity_range_handles_below_reversed_single_and_missing_values) {
     Specimen s = makeSpecimen("x", "X");
     auto range = [&](std::optional<std::string> text) {
