@@ -138,8 +138,7 @@ Result<Image, PhotoFailure> ImageTools::load(std::string_view data, int maxPixel
                 (progressive && declared > maxProgressiveJpegMegapixels * 1e6)) {
                 return PhotoFailure::tooLarge;
             }
-            // Sequential: the scaled rows stream through the resize, and only the result is
-            // held; the orientation is applied to that, not to the decoded size.
+            // The orientation is applied to the result, not at the decoded size.
             image = VImage::new_from_buffer(
                 data.data(), data.size(), "",
                 VImage::option()->set("shrink", shrink)->set("fail_on", VIPS_FAIL_ON_TRUNCATED));
@@ -156,8 +155,8 @@ Result<Image, PhotoFailure> ImageTools::load(std::string_view data, int maxPixel
         } else {
             VipsBlob* blob = vips_blob_new(nullptr, data.data(), data.size());
             try {
-                // Shrink-on-load where the format has it, orientation applied, never upscaled,
-                // colours left as they are (converted below, as for the other formats).
+                // Shrink-on-load where the format has it, orientation applied, never upscaled;
+                // a profile still attached is converted below, as for the other formats.
                 image = VImage::thumbnail_buffer(blob, maxPixel,
                                                  VImage::option()
                                                      ->set("height", maxPixel)
