@@ -39,6 +39,7 @@ QByteArray toByteArray(const std::string& bytes) {
 
 const QString kPhotoUnreadable =
     QStringLiteral("That file couldn't be opened as a photo. Try a JPEG, HEIC or PNG.");
+const QString kPhotoTooLarge = QStringLiteral("That photo is too large to open.");
 const QString kSampleMissing = QStringLiteral("That sample photo is missing.");
 
 constexpr double kDay = 24 * 60 * 60;
@@ -86,6 +87,7 @@ Answers demoSessionAnswers() {
 // Made on any thread, applied on the model's.
 struct PreparedPhoto {
     bool usable = false;
+    bool tooLarge = false; // not usable because it holds too many pixels to decode
     QByteArray jpeg;
     std::optional<RGB> color;
 };
@@ -95,10 +97,13 @@ namespace {
 PreparedPhoto preparePhoto(std::string_view data) {
     PreparedPhoto out;
     try {
-        if (auto prepared = SamplePipeline::prepare(data)) {
+        auto prepared = SamplePipeline::prepareChecked(data);
+        if (prepared) {
             out.usable = true;
             out.jpeg = toByteArray(prepared->jpeg);
             out.color = prepared->color;
+        } else {
+            out.tooLarge = prepared.error() == PhotoFailure::tooLarge;
         }
     } catch (const std::exception&) {
         // Not a usable image (out of memory on a huge one included): reported as such.
@@ -312,7 +317,7 @@ bool AppModel::setPhotoFromFile(const QUrl& file) {
 
 bool AppModel::applyPreparedPhoto(const PreparedPhoto& prepared) {
     if (!prepared.usable) {
-        setPhotoError(kPhotoUnreadable);
+        setPhotoError(prepared.tooLarge ? kPhotoTooLarge : kPhotoUnreadable);
         return false;
     }
     setPhotoError(QString());

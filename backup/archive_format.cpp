@@ -263,9 +263,11 @@ constexpr KeySet historyItemRequired =
     bit(Key::answers) | bit(Key::date) | bit(Key::id) | bit(Key::level) | bit(Key::results);
 constexpr KeySet resultRequired = bit(Key::confidence) | bit(Key::specimenID);
 
-// Keys whose null counts as absent, as for a missing optional key.
-constexpr KeySet optionalKeys = bit(Key::favorites) | bit(Key::history) | bit(Key::publisher) |
-                                bit(Key::confidence) | bit(Key::photo) | bit(Key::specimenID);
+// Keys whose null counts as absent, as for a missing optional key. Only optional keys: a
+// required one given as null ("confidence" and "specimenID" in a result) is a wrong type.
+constexpr KeySet rootOptional = bit(Key::favorites) | bit(Key::history) | bit(Key::publisher);
+constexpr KeySet itemOptional = bit(Key::confidence) | bit(Key::photo) | bit(Key::specimenID);
+constexpr KeySet historyItemOptional = bit(Key::photo);
 
 Key keyNamed(std::string_view name) {
     static constexpr std::pair<std::string_view, Key> names[] = {
@@ -354,9 +356,11 @@ public:
         if (skipDepth_ > 0) {
             return true;
         }
-        return isMemberValue() && (key_ == Key::unknown || (bit(key_) & optionalKeys) != 0)
-                   ? true
-                   : refuse();
+        if (!isMemberValue()) {
+            return refuse();
+        }
+        return key_ == Key::unknown || (bit(key_) & optionalIn(frames_.back())) != 0 ? true
+                                                                                     : refuse();
     }
 
     bool boolean(bool) override {
@@ -401,6 +405,19 @@ private:
         Frame f = frames_.back();
         return f == Frame::root || f == Frame::item || f == Frame::historyItem ||
                f == Frame::result;
+    }
+
+    static KeySet optionalIn(Frame f) {
+        switch (f) {
+        case Frame::root:
+            return rootOptional;
+        case Frame::item:
+            return itemOptional;
+        case Frame::historyItem:
+            return historyItemOptional;
+        default:
+            return 0;
+        }
     }
 
     // Opening a container as the value of a key the format does not know: skip it.

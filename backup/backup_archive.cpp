@@ -60,9 +60,12 @@ std::string systemMessage(int code) {
 }
 
 // Writes every decoded photo to a file of its own in a staging folder made on first use.
+// A photo that cannot be written (a full disk) is left out, and the first such failure
+// kept, so that the records can still be restored without it.
 class StagePhotos final : public archive::PhotoSink {
 public:
-    explicit StagePhotos(fs::path parent) : parent_(std::move(parent)) {}
+    StagePhotos(fs::path parent, AtomicFile::Options options)
+        : parent_(std::move(parent)), options_(std::move(options)) {}
     ~StagePhotos() override {
         if (!kept_ && !folder_.empty()) {
             std::error_code ignored;
@@ -74,14 +77,20 @@ public:
                                             std::string_view base64) override {
         if (folder_.empty()) {
             if (Status made = makeFolder(); !made) {
-                return Error{made.error()};
+                return leftOut(made.error());
             }
         }
         std::optional<std::string> bytes = base64::decode(base64);
+        if (options_.freeSpace) {
+            if (*options_.freeSpace < bytes->size()) {
+                return leftOut(systemMessage(ENOSPC));
+            }
+            *options_.freeSpace -= bytes->size();
+        }
         fs::path file = folder_ / stagedName(owner, index);
         int fd = ::open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
         if (fd < 0) {
-            return Error{systemMessage(errno)};
+            return leftOut(systemMessage(errno));
         }
         const char* data = bytes->data();
         std::size_t left = bytes->size();
@@ -102,7 +111,8 @@ public:
             code = errno;
         }
         if (code != 0) {
-            return Error{systemMessage(code)};
+            ::unlink(file.c_str());
+            return leftOut(systemMessage(code));
         }
         auto& flags = owner == archive::PhotoOwner::item ? items : history;
         if (flags.size() <= index) {
@@ -137,6 +147,13 @@ public:
         return Error{systemMessage(firstError)};
     }
 
+    Result<std::optional<std::string>> leftOut(std::string cause) {
+        if (!problem) {
+            problem = std::move(cause);
+        }
+        return std::optional<std::string>{};
+    }
+
     static std::string stagedName(archive::PhotoOwner owner, std::size_t index) {
         return (owner == archive::PhotoOwner::item ? "item-" : "history-") + std::to_string(index);
     }
@@ -149,9 +166,11 @@ public:
 
     std::vector<bool> items;
     std::vector<bool> history;
+    std::optional<std::string> problem;
 
 private:
     fs::path parent_;
+    AtomicFile::Options options_;
     fs::path folder_;
     bool kept_ = false;
 };
@@ -181,7 +200,8 @@ std::optional<std::string> readStaged(const fs::path& file) {
 StagedBackup::StagedBackup(StagedBackup&& other) noexcept
     : archive_(std::move(other.archive_)), folder_(std::exchange(other.folder_, {})),
       itemHasPhoto_(std::move(other.itemHasPhoto_)),
-      historyHasPhoto_(std::move(other.historyHasPhoto_)) {}
+      historyHasPhoto_(std::move(other.historyHasPhoto_)),
+      photoProblem_(std::move(other.photoProblem_)) {}
 
 StagedBackup& StagedBackup::operator=(StagedBackup&& other) noexcept {
     if (this != &other) {
@@ -190,6 +210,7 @@ StagedBackup& StagedBackup::operator=(StagedBackup&& other) noexcept {
         folder_ = std::exchange(other.folder_, {});
         itemHasPhoto_ = std::move(other.itemHasPhoto_);
         historyHasPhoto_ = std::move(other.historyHasPhoto_);
+        photoProblem_ = std::move(other.photoProblem_);
     }
     return *this;
 }
@@ -206,18 +227,28 @@ void StagedBackup::removeFolder() {
     }
 }
 
-std::optional<std::string> StagedBackup::itemPhoto(std::size_t index) const {
+std::optional<fs::path> StagedBackup::itemPhotoFile(std::size_t index) const {
     if (index >= itemHasPhoto_.size() || !itemHasPhoto_[index]) {
         return std::nullopt;
     }
-    return readStaged(folder_ / StagePhotos::stagedName(archive::PhotoOwner::item, index));
+    return folder_ / StagePhotos::stagedName(archive::PhotoOwner::item, index);
 }
 
-std::optional<std::string> StagedBackup::historyPhoto(std::size_t index) const {
+std::optional<fs::path> StagedBackup::historyPhotoFile(std::size_t index) const {
     if (index >= historyHasPhoto_.size() || !historyHasPhoto_[index]) {
         return std::nullopt;
     }
-    return readStaged(folder_ / StagePhotos::stagedName(archive::PhotoOwner::history, index));
+    return folder_ / StagePhotos::stagedName(archive::PhotoOwner::history, index);
+}
+
+std::optional<std::string> StagedBackup::itemPhoto(std::size_t index) const {
+    std::optional<fs::path> file = itemPhotoFile(index);
+    return file ? readStaged(*file) : std::nullopt;
+}
+
+std::optional<std::string> StagedBackup::historyPhoto(std::size_t index) const {
+    std::optional<fs::path> file = historyPhotoFile(index);
+    return file ? readStaged(*file) : std::nullopt;
 }
 
 BackupArchive BackupCodec::makeArchive(const StoneStore& store, bool includePhotos,
@@ -267,9 +298,10 @@ BackupResult<BackupArchive> BackupCodec::decode(std::string_view bytes) {
 }
 
 BackupResult<StagedBackup> BackupCodec::decodeFile(const fs::path& file,
-                                                   const fs::path& stagingParent) {
+                                                   const fs::path& stagingParent,
+                                                   const AtomicFile::Options& options) {
     JsonFileSource source(file);
-    StagePhotos photos(stagingParent);
+    StagePhotos photos(stagingParent, options);
     BackupResult<BackupArchive> read = archive::read(source, photos);
     // A file that could not be read to its end looks truncated to the reader; say why.
     if (source.error() != 0) {
@@ -283,6 +315,7 @@ BackupResult<StagedBackup> BackupCodec::decodeFile(const fs::path& file,
     staged.folder_ = photos.release();
     staged.itemHasPhoto_ = std::move(photos.items);
     staged.historyHasPhoto_ = std::move(photos.history);
+    staged.photoProblem_ = std::move(photos.problem);
     return staged;
 }
 

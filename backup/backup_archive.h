@@ -135,6 +135,13 @@ public:
     // staged file has gone.
     std::optional<std::string> itemPhoto(std::size_t index) const;
     std::optional<std::string> historyPhoto(std::size_t index) const;
+    // Where those bytes are staged; none when the record has no staged photo. Restore moves
+    // the file into the store rather than copying it.
+    std::optional<std::filesystem::path> itemPhotoFile(std::size_t index) const;
+    std::optional<std::filesystem::path> historyPhotoFile(std::size_t index) const;
+    // Why some photo of the file could not be set aside (most often a full disk); those
+    // records have no photo. None when every photo was staged.
+    const std::optional<std::string>& photoProblem() const { return photoProblem_; }
 
 private:
     friend class BackupCodec;
@@ -145,6 +152,7 @@ private:
     std::filesystem::path folder_; // empty while no photo was staged
     std::vector<bool> itemHasPhoto_;
     std::vector<bool> historyHasPhoto_;
+    std::optional<std::string> photoProblem_;
 };
 
 // Tests only: ways to make writeBackup fail on purpose.
@@ -178,10 +186,13 @@ public:
     // decode() for a file of any size: the records are kept in memory and each photo is
     // decoded into its own file in a new hidden folder inside `stagingParent` (or, when
     // that is empty or refuses, the system's temporary folder). Refuses as decode() does;
-    // a file that cannot be read, or a photo that cannot be set aside, is unreadable with
-    // the system's description. Nothing is left behind on failure.
+    // a file that cannot be read is unreadable with the system's description. A photo that
+    // cannot be set aside (a full disk) is left out, and photoProblem() says why, so the
+    // records can still be restored. Nothing is left behind on failure. `options` are for
+    // tests (a simulated full disk).
     static BackupResult<StagedBackup> decodeFile(const std::filesystem::path& file,
-                                                 const std::filesystem::path& stagingParent = {});
+                                                 const std::filesystem::path& stagingParent = {},
+                                                 const AtomicFile::Options& options = {});
 
     // prefix, a blank and the local date and time as "yyyy-MM-dd HH.mm.ss"; no extension.
     static std::string defaultFilename(std::string_view prefix, Timestamp date);
@@ -189,8 +200,10 @@ public:
     // Adds what the store lacks and never changes or deletes what it has: collection and
     // history records whose id the store already holds are skipped (and counted), as are
     // repeats of an id within the backup itself; favorites already present are skipped
-    // without being counted. New photos are written under their record's own id before
-    // the merge; a photo that cannot be written leaves its record without a photo, with the
+    // without being counted. New photos are written under their record's own id, or under
+    // a fresh name when a record (of the store or of this restore) already uses that one;
+    // they are flushed to disk together, before the merge saves the records that name
+    // them. A photo that cannot be written leaves its record without a photo, with the
     // store's lastError saying why. The store saves once, also when nothing was new.
     static RestoreReport restore(const BackupArchive& archive, StoneStore& store);
     static RestoreReport restore(const StagedBackup& backup, StoneStore& store);

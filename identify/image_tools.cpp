@@ -30,6 +30,31 @@ VImage toSRGB8(VImage image) {
     return image;
 }
 
+// Pixels tagged with a colour profile, converted from it to sRGB (relative colorimetric,
+// so colours outside sRGB are clipped rather than the whole image dulled). Untagged pixels
+// are sRGB already; a profile that cannot be used (damaged, or for another kind of image)
+// is ignored as if it were not there, like an untagged photo.
+VImage fromProfileToSRGB(const VImage& image) {
+    if (image.get_typeof(VIPS_META_ICC_NAME) == 0) {
+        return image;
+    }
+    try {
+        VImage converted = image
+                               .icc_transform("srgb", VImage::option()
+                                                          ->set("embedded", true)
+                                                          ->set("intent", VIPS_INTENT_RELATIVE)
+                                                          ->set("depth", 8))
+                               .copy_memory();
+        converted.remove(VIPS_META_ICC_NAME);
+        return converted;
+    } catch (const VError&) {
+        vips_error_clear();
+        VImage untagged = image.copy();
+        untagged.remove(VIPS_META_ICC_NAME);
+        return untagged;
+    }
+}
+
 VImage fromRGBA(std::vector<unsigned char>& rgba, int width, int height) {
     // A copy: the image must not refer to the caller's buffer once it goes away.
     VipsImage* image = vips_image_new_from_memory_copy(rgba.data(), rgba.size(), width, height, 4,
@@ -82,23 +107,22 @@ RGB Image::pixel(int x, int y) const {
     return {at(0), at(1), at(2)};
 }
 
-std::optional<Image> ImageTools::decode(std::string_view data, int maxPixel) {
+Result<Image, PhotoFailure> ImageTools::load(std::string_view data, int maxPixel) {
     if (!initialize() || data.empty() || maxPixel <= 0) {
-        return std::nullopt;
+        return PhotoFailure::notAnImage;
     }
     try {
         std::string_view loader = loaderOf(data);
         if (loader.empty()) {
-            return std::nullopt;
+            return PhotoFailure::notAnImage;
         }
-        // Reads only the header: the size check comes before any pixel is decoded.
+        // Reads only the header: the size checks come before any pixel is decoded.
         VImage header = VImage::new_from_buffer(
             data.data(), data.size(), "", VImage::option()->set("access", VIPS_ACCESS_SEQUENTIAL));
-        if (static_cast<double>(header.width()) * header.height() > maxMegapixels * 1e6) {
-            return std::nullopt;
-        }
+        const double declared = static_cast<double>(header.width()) * header.height();
+        const bool jpeg = loader.find("Jpeg") != std::string_view::npos;
         VImage image;
-        if (loader.find("Jpeg") != std::string_view::npos) {
+        if (jpeg) {
             // libjpeg scales by 1/2, 1/4 or 1/8 while decoding, far cheaper than decoding
             // every pixel: take the largest factor that still leaves at least maxPixel.
             const int longest = std::max(header.width(), header.height());
@@ -106,21 +130,33 @@ std::optional<Image> ImageTools::decode(std::string_view data, int maxPixel) {
             while (shrink < 8 && longest / (shrink * 2) >= maxPixel) {
                 shrink *= 2;
             }
+            const double decoded = std::ceil(static_cast<double>(header.width()) / shrink) *
+                                   std::ceil(static_cast<double>(header.height()) / shrink);
+            const bool progressive =
+                header.get_typeof("jpeg-multiscan") != 0 && header.get_int("jpeg-multiscan") != 0;
+            if (decoded > maxDecodedMegapixels * 1e6 ||
+                (progressive && declared > maxProgressiveJpegMegapixels * 1e6)) {
+                return PhotoFailure::tooLarge;
+            }
+            // The orientation is applied to the result, not at the decoded size.
             image = VImage::new_from_buffer(
                 data.data(), data.size(), "",
                 VImage::option()->set("shrink", shrink)->set("fail_on", VIPS_FAIL_ON_TRUNCATED));
-            image = fitWithin(image.autorot(), maxPixel).copy_memory();
+            image = fitWithin(image, maxPixel).copy_memory().autorot();
+        } else if (declared > maxDecodedMegapixels * 1e6) {
+            return PhotoFailure::tooLarge;
         } else if (loader.find("Heif") != std::string_view::npos) {
             // The thumbnailer may pick a HEIC file's embedded preview; load the primary
             // image itself and scale it down.
             VImage full = VImage::new_from_buffer(
                 data.data(), data.size(), "",
                 VImage::option()->set("thumbnail", false)->set("fail_on", VIPS_FAIL_ON_TRUNCATED));
-            image = fitWithin(full.autorot(), maxPixel).copy_memory();
+            image = fitWithin(full, maxPixel).copy_memory().autorot();
         } else {
             VipsBlob* blob = vips_blob_new(nullptr, data.data(), data.size());
             try {
-                // Shrink-on-load where the format has it, orientation applied, never upscaled.
+                // Shrink-on-load where the format has it, orientation applied, never upscaled;
+                // a profile still attached is converted below, as for the other formats.
                 image = VImage::thumbnail_buffer(blob, maxPixel,
                                                  VImage::option()
                                                      ->set("height", maxPixel)
@@ -133,15 +169,23 @@ std::optional<Image> ImageTools::decode(std::string_view data, int maxPixel) {
             }
             vips_area_unref(VIPS_AREA(blob));
         }
-        image = toSRGB8(image).copy_memory();
+        image = toSRGB8(fromProfileToSRGB(image)).copy_memory();
         if (image.width() < 1 || image.height() < 1) {
-            return std::nullopt;
+            return PhotoFailure::notAnImage;
         }
         return Image(image);
     } catch (const VError&) {
         vips_error_clear();
+        return PhotoFailure::notAnImage;
+    }
+}
+
+std::optional<Image> ImageTools::decode(std::string_view data, int maxPixel) {
+    Result<Image, PhotoFailure> image = load(data, maxPixel);
+    if (!image) {
         return std::nullopt;
     }
+    return std::move(image).value();
 }
 
 std::optional<RGB> ImageTools::averageCenterColor(const Image& image) {
@@ -151,33 +195,27 @@ std::optional<RGB> ImageTools::averageCenterColor(const Image& image) {
     }
     try {
         VImage crop = image.pixels().crop(w / 4, h / 4, w / 2, h / 2);
-        if (crop.bands() == 3) {
-            crop = crop.bandjoin_const({255});
+        if (crop.format() != VIPS_FORMAT_UCHAR) {
+            crop = crop.cast(VIPS_FORMAT_UCHAR);
         }
-        // Premultiplied like a bitmap context: transparent parts count as black.
-        VImage premultiplied = crop.premultiply();
-        constexpr int side = 24;
-        VImage small =
-            premultiplied.resize(static_cast<double>(side) / crop.width(),
-                                 VImage::option()
-                                     ->set("vscale", static_cast<double>(side) / crop.height())
-                                     ->set("kernel", VIPS_KERNEL_LINEAR));
-        if (small.width() != side || small.height() != side) {
-            small = small.embed(0, 0, side, side, VImage::option()->set("extend", VIPS_EXTEND_COPY))
-                        .crop(0, 0, side, side);
-        }
-        small = (small + 0.5).cast(VIPS_FORMAT_UCHAR).copy_memory();
+        const int bands = crop.bands();
         std::size_t size = 0;
-        const auto* px = static_cast<const unsigned char*>(small.write_to_memory(&size));
+        auto* px = static_cast<unsigned char*>(crop.write_to_memory(&size));
+        // The mean of every pixel of the crop, which drawing it into a small bitmap only
+        // approximates (and, for a crop smaller than the bitmap, pulls toward one corner).
+        // Premultiplied, as in a bitmap: transparent parts count as black.
+        const int colours = bands >= 3 ? 3 : 1;
+        const bool hasAlpha = bands == 2 || bands >= 4;
         double sum[3] = {0, 0, 0};
-        for (std::size_t i = 0; i + 3 < size; i += 4) {
-            sum[0] += px[i];
-            sum[1] += px[i + 1];
-            sum[2] += px[i + 2];
+        for (std::size_t i = 0; i + static_cast<std::size_t>(bands) <= size; i += bands) {
+            const double alpha = hasAlpha ? px[i + colours] / 255.0 : 1.0;
+            for (int c = 0; c < 3; ++c) {
+                sum[c] += px[i + (colours == 3 ? c : 0)] * alpha;
+            }
         }
-        g_free(const_cast<unsigned char*>(px));
-        constexpr double count = side * side;
-        return RGB{sum[0] / count / 255.0, sum[1] / count / 255.0, sum[2] / count / 255.0};
+        g_free(px);
+        const double count = static_cast<double>(crop.width()) * crop.height() * 255.0;
+        return RGB{sum[0] / count, sum[1] / count, sum[2] / count};
     } catch (const VError&) {
         vips_error_clear();
         return std::nullopt;
@@ -208,12 +246,24 @@ std::optional<std::string> ImageTools::jpegData(const Image& image, double quali
     }
 }
 
-std::optional<std::string> ImageTools::normalizedJPEG(std::string_view data, int maxPixel) {
-    auto image = decode(data, maxPixel);
+Result<std::string, PhotoFailure> ImageTools::normalize(std::string_view data, int maxPixel) {
+    Result<Image, PhotoFailure> image = load(data, maxPixel);
     if (!image) {
+        return image.error();
+    }
+    std::optional<std::string> jpeg = jpegData(*image, 0.82);
+    if (!jpeg) {
+        return PhotoFailure::notAnImage;
+    }
+    return std::move(*jpeg);
+}
+
+std::optional<std::string> ImageTools::normalizedJPEG(std::string_view data, int maxPixel) {
+    Result<std::string, PhotoFailure> jpeg = normalize(data, maxPixel);
+    if (!jpeg) {
         return std::nullopt;
     }
-    return jpegData(*image, 0.82);
+    return std::move(jpeg).value();
 }
 
 std::optional<Image> ImageTools::solid(const RGB& color, int size) {

@@ -1,10 +1,11 @@
 #pragma once
 // Photo decoding, downscaling, the centre-colour reading and JPEG encoding, on libvips.
-// Photos are untrusted input: anything that is not a decodable image of at most 100
-// megapixels gives no image, never a crash. All operations are stateless and may be
-// called from any thread.
+// Photos are untrusted input: anything that is not a decodable image, or that would mean
+// decoding more than 100 megapixels, gives no image, never a crash. All operations are
+// stateless and may be called from any thread.
 
 #include "identify/rgb.h"
+#include "store/result.h"
 
 #include <optional>
 #include <string>
@@ -27,23 +28,43 @@ private:
     vips::VImage pixels_;
 };
 
+// Why photo bytes gave no image.
+enum class PhotoFailure {
+    notAnImage, // not an image, damaged or cut short, or in a format that is not read
+    tooLarge,   // an image, but decoding it would take more pixels than are allowed
+};
+
 class ImageTools {
 public:
-    // Refuse anything larger than this before decoding it.
-    static constexpr double maxMegapixels = 100.0;
+    // The most pixels decoded for one photo. A JPEG is decoded at 1/2, 1/4 or 1/8 of its
+    // size when that still gives the size asked for, so a 200-megapixel phone photo
+    // decodes about 3 megapixels; other formats decode every pixel they declare.
+    static constexpr double maxDecodedMegapixels = 100.0;
+    // A progressive JPEG keeps every coefficient of the full image in memory whatever the
+    // scale (two bytes a sample), so its declared size is limited too.
+    static constexpr double maxProgressiveJpegMegapixels = 256.0;
 
     // Decodes the first image in `data` (JPEG, PNG, HEIC, TIFF, WebP...) with its
     // orientation applied and its longest side at most `maxPixel`, always from the full
-    // image, never from an embedded preview. None for anything that is not an image.
+    // image, never from an embedded preview. Pixels tagged with a colour profile (Display
+    // P3 from phones, Adobe RGB from cameras) are converted to sRGB; untagged pixels are
+    // taken as sRGB. The size limits are checked from the header, before any pixel is
+    // decoded.
+    static Result<Image, PhotoFailure> load(std::string_view data, int maxPixel);
+    // load() without the reason: none for anything that gives no image.
     static std::optional<Image> decode(std::string_view data, int maxPixel);
 
-    // Mean colour of the middle quarter, drawn into 24 x 24 pixels; none below 5 x 5.
+    // Mean colour of the middle quarter (origin width/4, height/4, size width/2 x
+    // height/2), alpha premultiplied so transparent parts count as black; exact, however
+    // small the image. None below 5 x 5.
     static std::optional<RGB> averageCenterColor(const Image& image);
 
     // JPEG with quality 0...1; none when encoding fails.
     static std::optional<std::string> jpegData(const Image& image, double quality = 0.82);
 
-    // decode() then jpegData() at 0.82: the form photos are kept in.
+    // load() then jpegData() at 0.82: the form photos are kept in (sRGB, no profile).
+    static Result<std::string, PhotoFailure> normalize(std::string_view data, int maxPixel = 1600);
+    // normalize() without the reason.
     static std::optional<std::string> normalizedJPEG(std::string_view data, int maxPixel = 1600);
 
     // A size x size opaque image of one colour.

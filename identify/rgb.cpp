@@ -1,5 +1,7 @@
 #include "identify/rgb.h"
 
+#include "library/white_space.h"
+
 #include <cassert>
 #include <cstdio>
 
@@ -17,12 +19,7 @@ std::string RGB::hex() const {
 }
 
 std::optional<RGB> RGB::fromHex(std::string_view text) {
-    constexpr std::string_view space = " \t\n\r\v\f";
-    std::size_t start = text.find_first_not_of(space);
-    if (start == std::string_view::npos) {
-        return std::nullopt;
-    }
-    text = text.substr(start, text.find_last_not_of(space) - start + 1);
+    text = trimWhiteSpace(text);
     if (text.starts_with('#')) {
         text.remove_prefix(1);
     }

@@ -16,8 +16,9 @@ struct RGB {
 
     // "#FF7F00": each component times 255, truncated toward zero.
     std::string hex() const;
-    // Accepts "#3A5FCD", "3a5fcd", surrounding white space and line breaks; exactly six
-    // hexadecimal digits after an optional "#". Anything else is none.
+    // Accepts "#3A5FCD", "3a5fcd" and either with Unicode white space and line breaks around
+    // it (a no-break space too); exactly six hexadecimal digits after an optional "#".
+    // Anything else is none.
     static std::optional<RGB> fromHex(std::string_view text);
 };
 

@@ -1,8 +1,10 @@
 #include "library/specimen.h"
 
 #include <charconv>
+#include <cmath>
 #include <cstdio>
 #include <nlohmann/json.hpp>
+#include <unordered_set>
 
 namespace quarrydex {
 using nlohmann::json;
@@ -150,12 +152,11 @@ std::optional<SpecimenCategory> specimenCategoryFromRaw(std::string_view raw) {
 }
 
 std::string numberText(double value) {
-    char buffer[64];
-    if (value == static_cast<double>(static_cast<long long>(value))) {
-        std::snprintf(buffer, sizeof buffer, "%lld", static_cast<long long>(value));
-    } else {
-        std::snprintf(buffer, sizeof buffer, "%.1f", value);
-    }
+    // Whole numbers are told apart without converting to an integer type, which is
+    // undefined for a value beyond its range (a library file may hold 1e51).
+    const bool whole = std::isfinite(value) && std::trunc(value) == value;
+    char buffer[400]; // wide enough for any double in either form
+    std::snprintf(buffer, sizeof buffer, whole ? "%.0f" : "%.1f", value == 0 ? 0.0 : value);
     return buffer;
 }
 
@@ -269,8 +270,13 @@ Result<std::vector<Specimen>> decodeSpecimens(std::string_view bytes) {
         }
         std::vector<Specimen> out;
         out.reserve(root.size());
+        std::unordered_set<std::string> ids;
         for (const json& record : root) {
             out.push_back(decode(record));
+            // The matcher weighs species by id; a file naming one twice is damaged.
+            if (!ids.insert(out.back().id).second) {
+                return Error{"the id \"" + out.back().id + "\" is used by two species"};
+            }
         }
         return out;
     } catch (const DecodeError& e) {

@@ -80,8 +80,8 @@ std::string numberText(double value);
 Result<Specimen> specimenFromJson(const nlohmann::json& json);
 nlohmann::json toJson(const Specimen& specimen);
 
-// Decodes a whole library file: a JSON array of records, all or nothing. The error is
-// a description of what was wrong, for the "could not be read" message.
+// Decodes a whole library file: a JSON array of records with distinct ids, all or nothing.
+// The error is a description of what was wrong, for the "could not be read" message.
 Result<std::vector<Specimen>> decodeSpecimens(std::string_view bytes);
 
 } // namespace quarrydex

@@ -1,6 +1,7 @@
 #include "library/specimen_library.h"
 
 #include "library/resource_locator.h"
+#include "library/white_space.h"
 
 #include <algorithm>
 #include <fstream>
@@ -95,12 +96,11 @@ int SpecimenLibrary::count(SpecimenCategory category) const {
 std::vector<Specimen> SpecimenLibrary::search(std::string_view query,
                                               std::optional<SpecimenCategory> category) const {
     std::vector<Specimen> pool = specimens(category);
-    std::size_t start = query.find_first_not_of(" \t");
-    if (start == std::string_view::npos) {
+    std::string_view trimmed = trimBlanks(query);
+    if (trimmed.empty()) {
         return pool;
     }
-    std::size_t end = query.find_last_not_of(" \t");
-    const std::string needle = lowercased(query.substr(start, end - start + 1));
+    const std::string needle = lowercased(trimmed);
     auto has = [&](std::string_view text) {
         return lowercased(text).find(needle) != std::string::npos;
     };

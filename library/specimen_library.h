@@ -35,7 +35,8 @@ public:
     std::vector<Specimen> specimens(std::optional<SpecimenCategory> category) const;
     int count(SpecimenCategory category) const;
     // Case-insensitive substring search over name, group, formula, colours, localities
-    // and birthstone; blanks and tabs around the query are ignored.
+    // and birthstone; blanks around the query (tabs and Unicode spaces, a pasted no-break
+    // space too, but not line breaks) are ignored.
     std::vector<Specimen> search(std::string_view query,
                                  std::optional<SpecimenCategory> category = std::nullopt) const;
     // One species a day, walking the library in name order; changes at local midnight.

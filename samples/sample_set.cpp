@@ -87,17 +87,26 @@ bool SamplePhoto::isFreelyLicensed() const {
     return false;
 }
 
-std::optional<SamplePipeline::Prepared> SamplePipeline::prepare(std::string_view data) {
-    auto jpeg = ImageTools::normalizedJPEG(data, 1600);
+Result<SamplePipeline::Prepared, PhotoFailure>
+SamplePipeline::prepareChecked(std::string_view data) {
+    Result<std::string, PhotoFailure> jpeg = ImageTools::normalize(data, 1600);
     if (!jpeg) {
-        return std::nullopt;
+        return jpeg.error();
     }
-    auto image = ImageTools::decode(*jpeg, 800);
+    Result<Image, PhotoFailure> image = ImageTools::load(*jpeg, 800);
     if (!image) {
-        return std::nullopt;
+        return image.error();
     }
     auto color = ImageTools::averageCenterColor(*image);
-    return Prepared{std::move(*jpeg), std::move(*image), color};
+    return Prepared{std::move(jpeg).value(), std::move(image).value(), color};
+}
+
+std::optional<SamplePipeline::Prepared> SamplePipeline::prepare(std::string_view data) {
+    Result<Prepared, PhotoFailure> prepared = prepareChecked(data);
+    if (!prepared) {
+        return std::nullopt;
+    }
+    return std::move(prepared).value();
 }
 
 std::optional<SampleSet> SampleSet::open(const fs::path& folder) {

@@ -48,6 +48,8 @@ struct SamplePipeline {
     // normalizedJPEG at 1600 px, decoded again at 800 px, centre colour. None when the
     // bytes are not a usable image; the colour alone may be missing.
     static std::optional<Prepared> prepare(std::string_view data);
+    // prepare() telling why there is no result: not an image, or one too large to open.
+    static Result<Prepared, PhotoFailure> prepareChecked(std::string_view data);
 };
 
 class SampleSet {

@@ -1,5 +1,7 @@
 #!/usr/bin/env bash
-# Installs every Debian package Quarrydex needs to build, run and test.
+# Installs every Debian package Quarrydex needs to build, run and test, and any further
+# packages named on the command line (scripts/fuzz.sh asks for Clang this way, so the
+# ordinary build does not pay for it).
 # Idempotent: packages already present are left alone, so a second run is quick.
 set -euo pipefail
 
@@ -19,9 +21,10 @@ packages=(
   gstreamer1.0-plugins-base gstreamer1.0-plugins-good
   fonts-materialdesignicons-webfont
   # tests and benchmarks
-  libgtest-dev libgmock-dev libbenchmark-dev libjpeg-turbo-progs
+  libgtest-dev libgmock-dev libbenchmark-dev libjpeg-turbo-progs liblcms2-dev
   desktop-file-utils appstream
 )
+packages+=("$@")
 
 missing=()
 for p in "${packages[@]}"; do

@@ -44,7 +44,7 @@ int syncFolder(const fs::path& folder) {
 } // namespace
 
 AtomicFile::AtomicFile(const fs::path& target, Options options)
-    : target_(resolveLinks(target)), options_(options) {
+    : target_(options.replaceLink ? target : resolveLinks(target)), options_(options) {
     fs::path folder = target_.parent_path();
     // Appended piece by piece: "." + std::string trips a false -Wrestrict in GCC 12 at -O2.
     std::string name = ".";
@@ -58,8 +58,11 @@ AtomicFile::AtomicFile(const fs::path& target, Options options)
     }
     temp_ = pattern;
     ::fcntl(fd_, F_SETFD, FD_CLOEXEC);
+    // A link being replaced (lstat sees the link itself) gives its file no mode to keep.
     struct stat existing {};
-    mode_t mode = (::stat(target_.c_str(), &existing) == 0) ? (existing.st_mode & 07777) : 0600;
+    mode_t mode = (::lstat(target_.c_str(), &existing) == 0 && S_ISREG(existing.st_mode))
+                      ? (existing.st_mode & 07777)
+                      : 0600;
     if (::fchmod(fd_, mode) != 0) {
         status_ = systemError(errno);
         abandon();
@@ -100,6 +103,16 @@ Status AtomicFile::append(std::string_view bytes) {
             }
             chunk = std::min(chunk, *options_.failAfterBytes - written_);
         }
+        if (options_.freeSpace) {
+            if (*options_.freeSpace < chunk) {
+                status_ = systemError(ENOSPC);
+                *options_.freeSpace += written_; // the temporary file's space comes back
+                written_ = 0;
+                abandon();
+                return status_;
+            }
+            *options_.freeSpace -= chunk;
+        }
         ssize_t n = ::write(fd_, data, chunk);
         if (n < 0) {
             if (errno == EINTR) {
@@ -124,7 +137,7 @@ Status AtomicFile::commit() {
         return status_ = Error{"the file was already written"};
     }
     // Close even when fsync fails, or the descriptor leaks.
-    int code = ::fsync(fd_) == 0 ? 0 : errno;
+    int code = !options_.flush || ::fsync(fd_) == 0 ? 0 : errno;
     if (::close(fd_) != 0 && code == 0) {
         code = errno;
     }
@@ -140,10 +153,38 @@ Status AtomicFile::commit() {
         return status_;
     }
     temp_.clear();
+    if (!options_.flush) {
+        return status_;
+    }
     if (int code = syncFolder(target_.parent_path()); code != 0) {
         status_ = systemError(code);
     }
     return status_;
+}
+
+Status AtomicFile::flushFileSystem(const fs::path& folder) {
+    int dfd = ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (dfd < 0) {
+        return systemError(errno);
+    }
+    // One flush for the whole batch: fsync of each file would commit the journal once per
+    // file. The folder's own fsync then covers its entries on file systems where syncfs
+    // alone might not.
+    int code = ::syncfs(dfd) == 0 ? 0 : errno;
+    ::close(dfd);
+    if (code == 0) {
+        code = syncFolder(folder);
+    }
+    return code == 0 ? Status{} : Status{systemError(code)};
+}
+
+bool AtomicFile::isLeftover(std::string_view name) {
+    // "." + at least one character of the target's name + ".tmp-" + six from mkstemp.
+    constexpr std::string_view marker = ".tmp-";
+    if (name.size() < 1 + 1 + marker.size() + 6 || name.front() != '.') {
+        return false;
+    }
+    return name.substr(name.size() - 6 - marker.size(), marker.size()) == marker;
 }
 
 Status AtomicFile::write(const fs::path& target, std::string_view bytes, Options options) {

@@ -62,6 +62,12 @@ double asNumber(const json& value, const char* key) {
     return value.get<double>();
 }
 
+// Dates outside the years 1 to 9999 are clamped (see Timestamp), so the file saves and
+// backs up as it reads.
+Timestamp asDate(const json& value, const char* key) {
+    return Timestamp{asNumber(value, key)}.clamped();
+}
+
 bool asBool(const json& value, const char* key) {
     if (!value.is_boolean()) {
         throw FormatFault{quoted(key) + " is not true or false"};
@@ -106,7 +112,7 @@ CollectionEntry readCollectionEntry(const json& object) {
         .id = asUuid(required(object, "id"), "id"),
         .specimenID = optionalString(object, "specimenID"),
         .name = asString(required(object, "name"), "name"),
-        .dateAdded = Timestamp{asNumber(required(object, "dateAdded"), "dateAdded")},
+        .dateAdded = asDate(required(object, "dateAdded"), "dateAdded"),
         .acquisition = asString(required(object, "acquisition"), "acquisition"),
         .location = asString(required(object, "location"), "location"),
         .notes = asString(required(object, "notes"), "notes"),
@@ -135,7 +141,7 @@ HistoryEntry readHistoryEntry(const json& object) {
     }
     return HistoryEntry{
         .id = asUuid(required(object, "id"), "id"),
-        .date = Timestamp{asNumber(required(object, "date"), "date")},
+        .date = asDate(required(object, "date"), "date"),
         .answers = stringList(required(object, "answers"), "answers"),
         .results = std::move(readResults),
         .level = asString(required(object, "level"), "level"),

@@ -17,6 +17,8 @@ namespace {
 constexpr const char* dataFileName = "quarrydex-data.json";
 constexpr const char* damagedFileName = "quarrydex-data.damaged.json";
 constexpr const char* photosFolderName = "Photos";
+// Restore's staging folders (backup/backup_archive.cpp): this and six characters.
+constexpr const char* restoreStagingPrefix = ".quarrydex-restore-";
 constexpr std::size_t historyCap = 300;
 
 constexpr const char* damagedMessage =
@@ -97,6 +99,28 @@ fs::path StoneStore::defaultRoot() {
         home = user->pw_dir;
     }
     return home / ".local" / "share" / "Quarrydex";
+}
+
+void StoneStore::removeLeftovers(const fs::path& root) {
+    std::error_code ec;
+    for (const fs::directory_entry& entry : fs::directory_iterator(root, ec)) {
+        const std::string name = entry.path().filename().string();
+        bool leftover = (AtomicFile::isLeftover(name) &&
+                         (name.starts_with(std::string(".") + dataFileName) ||
+                          name.starts_with(std::string(".") + damagedFileName))) ||
+                        (name.starts_with(restoreStagingPrefix) &&
+                         name.size() == std::string_view(restoreStagingPrefix).size() + 6);
+        if (leftover) {
+            std::error_code ignored;
+            fs::remove_all(entry.path(), ignored);
+        }
+    }
+    for (const fs::directory_entry& entry : fs::directory_iterator(root / photosFolderName, ec)) {
+        if (AtomicFile::isLeftover(entry.path().filename().string())) {
+            std::error_code ignored;
+            fs::remove(entry.path(), ignored);
+        }
+    }
 }
 
 StoneStore::StoneStore(fs::path root) : root_(std::move(root)) {
@@ -388,10 +412,52 @@ void StoneStore::merge(std::vector<CollectionEntry> collection, std::vector<Hist
 
 std::optional<std::string> StoneStore::storePhoto(std::string_view bytes, const Uuid& id) {
     std::string file = id.text() + ".jpg";
+    AtomicFile::Options options = saveOptions_;
+    options.replaceLink = true;
     std::error_code ec;
     fs::create_directories(photosFolder(), ec);
-    Status written = ec ? Status{Error{ec.message()}}
-                        : AtomicFile::write(photosFolder() / file, bytes, saveOptions_);
+    return photoWritten(ec ? Status{Error{ec.message()}}
+                           : AtomicFile::write(photosFolder() / file, bytes, options),
+                        file);
+}
+
+std::optional<std::string> StoneStore::putPhoto(std::string_view bytes, const std::string& file) {
+    AtomicFile::Options options = saveOptions_;
+    options.replaceLink = true;
+    options.flush = false;
+    std::error_code ec;
+    fs::create_directories(photosFolder(), ec);
+    Status written = ec                  ? Status{Error{ec.message()}}
+                     : !isBareName(file) ? Status{Error{"the photo's name is not a file name"}}
+                                         : AtomicFile::write(photosFolder() / file, bytes, options);
+    return photoWritten(written, file);
+}
+
+std::optional<std::string> StoneStore::movePhotoIn(const fs::path& from, const std::string& file) {
+    std::error_code ec;
+    fs::create_directories(photosFolder(), ec);
+    if (ec) {
+        return photoWritten(Error{ec.message()}, file);
+    }
+    if (!isBareName(file)) {
+        return photoWritten(Error{"the photo's name is not a file name"}, file);
+    }
+    // rename() replaces a link of that name rather than writing through it.
+    if (::rename(from.c_str(), (photosFolder() / file).c_str()) == 0) {
+        return photoWritten(Status{}, file);
+    }
+    if (errno != EXDEV) {
+        return photoWritten(Error{std::strerror(errno)}, file);
+    }
+    FileRead read = readWholeFile(from);
+    if (!read.bytes) {
+        return photoWritten(Error{std::strerror(read.error)}, file);
+    }
+    return putPhoto(*read.bytes, file);
+}
+
+std::optional<std::string> StoneStore::photoWritten(const Status& written,
+                                                    const std::string& file) {
     if (!written) {
         fail("Couldn't save the photo: " + written.error());
         notify();
@@ -400,6 +466,15 @@ std::optional<std::string> StoneStore::storePhoto(std::string_view bytes, const 
     // A file of this name released earlier and not yet deleted is wanted again.
     std::erase(releasedPhotos_, file);
     return file;
+}
+
+Status StoneStore::flushPhotos() {
+    return AtomicFile::flushFileSystem(photosFolder());
+}
+
+void StoneStore::reportPhotoError(const std::string& cause) {
+    fail("Couldn't save the photo: " + cause);
+    notify();
 }
 
 std::optional<std::string> StoneStore::photoData(const std::optional<std::string>& file) const {

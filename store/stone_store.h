@@ -29,6 +29,12 @@ public:
     // The per-user data folder: $XDG_DATA_HOME/Quarrydex, else ~/.local/share/Quarrydex.
     static std::filesystem::path defaultRoot();
 
+    // Removes what a killed run can leave in the data folder `root`: the atomic writer's
+    // temporary files beside the data file and in the photo folder, and restore's staging
+    // folders. Only while holding the folder's DataFolderLock, so that no running copy is
+    // still writing them. Failures are ignored.
+    static void removeLeftovers(const std::filesystem::path& root);
+
     // Remembers `root`, creates its "Photos" folder if it can (a failure shows up at the
     // first photo write instead) and loads the data file.
     explicit StoneStore(std::filesystem::path root);
@@ -92,6 +98,23 @@ public:
     // bare file name ("/" anywhere, "", ".", ".."), or when the file cannot be read.
     std::optional<std::string> photoData(const std::optional<std::string>& file) const;
 
+    // For restoring many photos: each is put in place without being flushed to disk, then
+    // flushPhotos() flushes them together, before any saved record names them. `file` is a
+    // bare name chosen by the caller; a file of that name is replaced (and a symbolic link
+    // there replaced, not followed). On failure they set lastError to "Couldn't save the
+    // photo: <cause>" and return none.
+    std::optional<std::string> putPhoto(std::string_view bytes, const std::string& file);
+    // Moves the file `from` in as `file` (a rename, so it takes no more space; copied when
+    // it is on another disk).
+    std::optional<std::string> movePhotoIn(const std::filesystem::path& from,
+                                           const std::string& file);
+    Status flushPhotos();
+    // True while some collection or history entry names `file`.
+    bool isPhotoInUse(const std::string& file) const;
+    // Sets lastError to "Couldn't save the photo: <cause>" for a photo that never reached
+    // the store (restore could not set it aside).
+    void reportPhotoError(const std::string& cause);
+
     // True when some collection entry is marked as a sample.
     bool hasSamples() const;
     // Removes the collection and history entries marked as samples (and only those) and
@@ -111,6 +134,7 @@ public:
 
     // Tests only: options for every file the store writes (e.g. a simulated full disk).
     void setSaveOptions(AtomicFile::Options options) { saveOptions_ = options; }
+    const AtomicFile::Options& saveOptions() const { return saveOptions_; }
 
 private:
     std::filesystem::path dataFilePath() const;
@@ -120,7 +144,7 @@ private:
     void saveAndNotify();
     void notify();
     void fail(std::string message);
-    bool isPhotoInUse(const std::string& file) const;
+    std::optional<std::string> photoWritten(const Status& written, const std::string& file);
     void releasePhoto(const std::optional<std::string>& file);
     void removeReleasedPhotos();
 

@@ -1,7 +1,9 @@
 #include "store/timestamp.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <cstdio>
 #include <glib.h> // GDateTime: calendar arithmetic and time zones
 
 namespace quarrydex {
@@ -27,8 +29,10 @@ std::string format(GDateTime* dt, const char* pattern) {
     return out;
 }
 
+// Clamped first: converting a double beyond gint64 (1e300, an infinity, a NaN) to it
+// would be undefined.
 gint64 wholeUnixSeconds(const Timestamp& t) {
-    return static_cast<gint64>(std::floor(t.unixSeconds()));
+    return static_cast<gint64>(std::floor(t.clamped().unixSeconds()));
 }
 
 bool digits(std::string_view s, std::size_t from, std::size_t count) {
@@ -48,6 +52,26 @@ int number(std::string_view s, std::size_t from, std::size_t count) {
     return n;
 }
 
+// GLib's "%Y" writes the years before 1000 with fewer than four digits, which ISO 8601
+// text (and so parseIsoUtc) does not allow; the fields are put together here instead.
+std::string utcText(const Timestamp& t, bool withTime) {
+    DateTimeRef dt{g_date_time_new_from_unix_utc(wholeUnixSeconds(t))};
+    if (!dt.dt) {
+        return {};
+    }
+    char text[32];
+    int year = g_date_time_get_year(dt.dt), month = g_date_time_get_month(dt.dt),
+        day = g_date_time_get_day_of_month(dt.dt);
+    if (withTime) {
+        std::snprintf(text, sizeof text, "%04d-%02d-%02dT%02d:%02d:%02dZ", year, month, day,
+                      g_date_time_get_hour(dt.dt), g_date_time_get_minute(dt.dt),
+                      g_date_time_get_second(dt.dt));
+    } else {
+        std::snprintf(text, sizeof text, "%04d-%02d-%02d", year, month, day);
+    }
+    return text;
+}
+
 } // namespace
 
 Timestamp Timestamp::now() {
@@ -56,9 +80,15 @@ Timestamp Timestamp::now() {
     return fromUnix(static_cast<double>(us) / 1e6);
 }
 
+Timestamp Timestamp::clamped() const {
+    if (std::isnan(sinceReference)) {
+        return {0};
+    }
+    return {std::clamp(sinceReference, earliest, latest)};
+}
+
 std::string Timestamp::isoUtc() const {
-    DateTimeRef dt{g_date_time_new_from_unix_utc(wholeUnixSeconds(*this))};
-    return format(dt.dt, "%Y-%m-%dT%H:%M:%SZ");
+    return utcText(*this, true);
 }
 
 std::optional<Timestamp> Timestamp::parseIsoUtc(std::string_view s) {
@@ -81,8 +111,7 @@ std::optional<Timestamp> Timestamp::parseIsoUtc(std::string_view s) {
 }
 
 std::string Timestamp::utcDate() const {
-    DateTimeRef dt{g_date_time_new_from_unix_utc(wholeUnixSeconds(*this))};
-    return format(dt.dt, "%Y-%m-%d");
+    return utcText(*this, false);
 }
 
 std::string Timestamp::formatLocal(const char* pattern) const {

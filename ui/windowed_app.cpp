@@ -1,6 +1,7 @@
 #include "ui/windowed_app.h"
 
 #include "app/app_model.h"
+#include "store/data_folder_lock.h"
 #include "ui/first_frame_report.h"
 #include "ui/help.h"
 #include "ui/icons.h"
@@ -63,6 +64,11 @@ missingDisplayMessage(const std::string& platform,
         "WAYLAND_DISPLAY is set). Start it from a desktop session, or run \"quarrydex "
         "--selftest\" to check the library, the identifier, backups and the sample collection "
         "without a window.");
+}
+
+std::string alreadyOpenMessage(const std::filesystem::path& root) {
+    return "Quarrydex is already open with this data folder (" + root.string() +
+           "). Switch to that window, or close it first.";
 }
 
 std::filesystem::path dataRoot(const Launcher& launcher) {
@@ -131,6 +137,19 @@ int runWindowedApplication(const Launcher& launcher) {
         return 1;
     }
 
+    // One running copy per data folder, held until the program ends; with it held, what a
+    // killed run left behind can go. A folder that cannot be locked at all (read-only, say)
+    // is opened anyway: the store reports its own problems with it.
+    const std::filesystem::path root = dataRoot(launcher);
+    Result<DataFolderLock, DataFolderLock::Failure> lock = DataFolderLock::acquire(root);
+    if (!lock && lock.error().kind == DataFolderLock::Failure::Kind::heldElsewhere) {
+        std::cerr << alreadyOpenMessage(root) << "\n";
+        return 1;
+    }
+    if (lock) {
+        StoneStore::removeLeftovers(root);
+    }
+
     // QGuiApplication keeps references to argc and argv for its whole life.
     std::vector<std::string> arguments = launcher.arguments();
     std::vector<char*> argv;
@@ -147,7 +166,7 @@ int runWindowedApplication(const Launcher& launcher) {
 
     // "--screenshots" is accepted; the tour that uses it is not part of this build yet.
     auto library = std::make_shared<const SpecimenLibrary>(SpecimenLibrary::bundled());
-    AppModel model(library, dataRoot(launcher));
+    AppModel model(library, root);
     registerModel(&model);
 
     QQmlApplicationEngine engine;

@@ -32,6 +32,9 @@ missingDisplayMessage(const std::string& platform,
 // default root.
 std::filesystem::path dataRoot(const Launcher& launcher);
 
+// What a second start on a data folder already in use prints before it exits with 1.
+std::string alreadyOpenMessage(const std::filesystem::path& root);
+
 // Names the application for the preferences (organisation "Fernwick", application
 // "Quarrydex") and the desktop. Call before the application object is created.
 void describeApplication();
@@ -48,7 +51,8 @@ void prepareEngine(QQmlEngine& engine);
 QUrl mainWindowUrl();
 
 // Runs the program until its main window closes; returns the exit status. Prints a message
-// and returns 1 when there is no display.
+// and returns 1 when there is no display, or when another running copy has the same data
+// folder (see DataFolderLock; the lock is held until this returns).
 int runWindowedApplication(const Launcher& launcher);
 
 } // namespace quarrydex::ui

@@ -273,6 +273,19 @@ private Q_SLOTS:
         QCOMPARE(m.photoRevision(), 3);
     }
 
+    // An image too large to decode is told apart from one that is no image at all.
+    void a_photo_too_large_to_open_says_so() {
+        Fixture f;
+        AppModel& m = f.model;
+        QVERIFY(m.setPhoto(jpegOf(kPurple)));
+        const QByteArray before = m.photoData();
+        QVERIFY(!m.setPhoto(QByteArray::fromStdString(test::pngDeclaring(100000, 100000))));
+        QCOMPARE(m.photoError(), QStringLiteral("That photo is too large to open."));
+        QVERIFY(m.photoData() == before);
+        QVERIFY(!m.setPhoto(QByteArray("not a photo")));
+        QCOMPARE(m.photoError(), kBadPhoto);
+    }
+
     void the_session_photo_is_stored_once_at_600_pixels() {
         Fixture f;
         AppModel& m = f.model;

@@ -244,6 +244,12 @@ TEST(BackupRefusal, a_wrong_type_or_ill_formed_value_is_not_a_backup) {
         {"/items/0/confidence"_json_pointer, "high"},
         {"/items/0/photo"_json_pointer, 12},
         {"/history/0/results/0/confidence"_json_pointer, "0.5"},
+        {"/history/0/results/0/confidence"_json_pointer, nullptr},
+        {"/history/0/results/0/specimenID"_json_pointer, nullptr},
+        {"/history/0/answers"_json_pointer, nullptr},
+        {"/history/0/level"_json_pointer, nullptr},
+        {"/items/0/dateAdded"_json_pointer, nullptr},
+        {"/createdAt"_json_pointer, nullptr},
         {"/publisher"_json_pointer, json::array()},
         {"/createdAt"_json_pointer, "2026-10-18T12:00:00.500Z"},
         {"/createdAt"_json_pointer, "2026-13-01T12:00:00Z"},
@@ -329,7 +335,9 @@ TEST(BackupRefusal, a_refused_file_leaves_no_staged_photos_behind) {
     EXPECT_EQ(test::namesIn(dir.path()), std::set<std::string>{"newer.json"});
 }
 
-TEST(BackupRefusal, a_photo_that_cannot_be_staged_makes_the_file_unreadable) {
+// A full disk must not keep the records from coming back: the photo is left out and the
+// reason kept for the restore to report.
+TEST(BackupRoundTrip, a_photo_that_cannot_be_staged_is_left_out_with_the_reason) {
     TempDir dir;
     test::writeFile(dir / "backup.json", BackupCodec::encode(test::fullArchive()));
     test::writeFile(dir / "not-a-folder", "");
@@ -337,8 +345,22 @@ TEST(BackupRefusal, a_photo_that_cannot_be_staged_makes_the_file_unreadable) {
     test::ScopedEnv tmp("TMPDIR", (dir / "not-a-folder").string());
     BackupResult<StagedBackup> staged =
         BackupCodec::decodeFile(dir / "backup.json", dir / "not-a-folder");
-    ASSERT_FALSE(staged);
-    EXPECT_EQ(staged.error(), BackupError::unreadable("Not a directory"));
+    ASSERT_TRUE(staged) << staged.description();
+    EXPECT_EQ(staged->photoProblem(), "Not a directory");
+    EXPECT_EQ(staged->archive().items.size(), 2u);
+    EXPECT_FALSE(staged->itemPhoto(0));
+    EXPECT_FALSE(staged->historyPhoto(0));
+
+    // The first photo in the file (history comes before items) fits on the disk, the
+    // larger item photo after it does not.
+    const std::string historyPhoto = *(*test::fullArchive().history)[0].photo;
+    AtomicFile::Options disk;
+    disk.freeSpace = std::make_shared<std::size_t>(historyPhoto.size());
+    staged = BackupCodec::decodeFile(dir / "backup.json", dir.path(), disk);
+    ASSERT_TRUE(staged) << staged.description();
+    EXPECT_EQ(staged->photoProblem(), "No space left on device");
+    EXPECT_EQ(staged->historyPhoto(0), historyPhoto);
+    EXPECT_FALSE(staged->itemPhoto(0));
 }
 
 } // namespace

@@ -36,6 +36,32 @@ TEST_F(WriteBackup, creates_a_missing_folder_and_writes_the_encoded_archive_in_a
     EXPECT_EQ(written.error(), "Not a directory");
 }
 
+// Hand-edited dates beyond what ISO 8601 text holds come back as the nearer end of the
+// years 1 to 9999 instead of failing every backup's verification.
+TEST(WriteBackupDates, dates_beyond_years_1_to_9999_back_up_as_the_nearer_end_and_verify) {
+    TempDir dir;
+    fs::create_directories(dir / "data");
+    test::writeFile(dir / "data" / "quarrydex-data.json", R"({"collection": [
+        {"acquisition": "found", "dateAdded": 1e300, "id": "1F0C2E5A-9B7D-4C3E-8A61-2D4B6F8091AB",
+         "location": "", "name": "Far future", "notes": ""},
+        {"acquisition": "found", "dateAdded": -1e300, "id": "2A4C6E80-1B3D-4F57-9A1C-3E5F7092B4D6",
+         "location": "", "name": "Far past", "notes": ""}],
+      "favorites": [], "history": [{"answers": [], "date": 4e18,
+        "id": "3B5D7F91-2C4E-4068-8B2D-4F6081A3C5E7", "level": "likely", "results": []}],
+      "version": 1})");
+    StoneStore store(dir / "data");
+    ASSERT_FALSE(store.lastError()) << *store.lastError();
+    Result<fs::path> written = BackupCodec::writeBackup(store, dir / "backups", Timestamp::now());
+    ASSERT_TRUE(written) << written.error();
+    BackupResult<BackupArchive> back = BackupCodec::decode(test::readFile(*written));
+    ASSERT_TRUE(back) << back.description();
+    ASSERT_EQ(back->items.size(), 2u);
+    ASSERT_EQ(back->history->size(), 1u);
+    EXPECT_EQ(back->items[0].dateAdded.isoUtc(), "9999-12-31T23:59:59Z");
+    EXPECT_EQ(back->items[1].dateAdded.isoUtc(), "0001-01-01T00:00:00Z");
+    EXPECT_EQ((*back->history)[0].date.isoUtc(), "9999-12-31T23:59:59Z");
+}
+
 TEST_F(WriteBackup, a_missing_photo_file_is_left_out_and_the_backup_still_verifies) {
     fs::remove(store.photosFolder() / *store.collection()[1].photoFile);
     Result<fs::path> written = BackupCodec::writeBackup(store, dir / "out", date);

@@ -74,5 +74,22 @@ TEST(CollectionCSV, entries_come_in_store_order_with_every_field_escaped) {
               "Pebble,,,Bought,2026-10-15,Quarry road,\n");
 }
 
+// An edited data file may hold any number as a date; the column shows the nearer end of the
+// years 1 to 9999, as the backup does, rather than nothing.
+TEST(CollectionCSV, a_date_beyond_years_1_to_9999_shows_the_nearer_end) {
+    TempDir dir;
+    StoneStore store(dir.path());
+    CollectionEntry future = test::piece("Future", "2026-10-18T00:00:00Z");
+    future.dateAdded = Timestamp{1e300};
+    CollectionEntry past = test::piece("Past", "2026-10-18T00:00:00Z");
+    past.dateAdded = Timestamp{-1e300};
+    store.add(past);
+    store.add(future);
+    EXPECT_EQ(BackupCodec::csv(store, library()),
+              "Name,Species,Category,Acquired,Date,Location,Notes\n"
+              "Future,,,Found,9999-12-31,Quarry road,\n"
+              "Past,,,Found,0001-01-01,Quarry road,\n");
+}
+
 } // namespace
 } // namespace quarrydex

@@ -3,6 +3,7 @@
 #include "backup_test_data.h"
 #include "support/temp_dir.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 
 namespace quarrydex {
@@ -139,6 +140,95 @@ TEST_F(Restore, from_a_file_photos_are_staged_and_nothing_is_left_behind) {
     EXPECT_EQ(restored.photoData(restored.collection()[1].photoFile), test::allBytes(2));
     EXPECT_EQ(restored.photoData(restored.history()[1].photoFile), "history photo");
     EXPECT_EQ(test::namesIn(restoredDir.path()),
+              (std::set<std::string>{"Photos", "quarrydex-data.json"}));
+}
+
+// "<id>.jpg" may already belong to a record: a history entry sharing a collection piece's
+// id, by accident or in a crafted backup. Its photo must not be overwritten.
+TEST_F(Restore, a_photo_name_already_used_by_a_record_is_never_overwritten) {
+    CollectionEntry piece = test::piece("Own piece", "2026-10-01T00:00:00Z");
+    piece.photoFile = restored.storePhoto("own photo", piece.id);
+    restored.add(piece);
+
+    BackupArchive archive = backup();
+    (*archive.history)[0].id = piece.id;            // a history entry with the piece's id
+    archive.items[0].id = (*archive.history)[1].id; // an item sharing a history entry's id
+    archive.items[0].photo = "item photo";
+    (*archive.history)[1].photo = "history photo";
+    TempDir files;
+    test::writeFile(files / "backup.json", BackupCodec::encode(archive));
+    BackupResult<RestoreReport> report = BackupCodec::restoreFile(files / "backup.json", restored);
+    ASSERT_TRUE(report) << report.description();
+    EXPECT_FALSE(restored.lastError()) << *restored.lastError();
+
+    std::set<std::string> names;
+    auto photoOf = [&](const auto& list, const Uuid& id) {
+        auto it = std::find_if(list.begin(), list.end(), [&](const auto& e) { return e.id == id; });
+        EXPECT_NE(it, list.end());
+        names.insert(it->photoFile.value_or(""));
+        return restored.photoData(it->photoFile);
+    };
+    EXPECT_EQ(photoOf(restored.collection(), piece.id), "own photo");
+    EXPECT_EQ(photoOf(restored.history(), piece.id), (*archive.history)[0].photo);
+    EXPECT_EQ(photoOf(restored.collection(), archive.items[0].id), "item photo");
+    EXPECT_EQ(photoOf(restored.history(), archive.items[0].id), "history photo");
+    EXPECT_EQ(names.size(), 4u) << "four photos, four files";
+
+    // The same from memory.
+    TempDir otherDir;
+    StoneStore other(otherDir.path());
+    (void)BackupCodec::restore(archive, other);
+    EXPECT_EQ(other.photoData(other.collection()[0].photoFile), "item photo");
+    const HistoryEntry& sharing = other.history()[1];
+    EXPECT_EQ(sharing.id, archive.items[0].id);
+    EXPECT_EQ(other.photoData(sharing.photoFile), "history photo");
+}
+
+// Staged photos are moved into place, not copied: a disk with room for the photos once
+// restores them all; one without restores the records and says why the photos are missing.
+TEST_F(Restore, photos_need_their_space_once_and_a_full_disk_still_restores_the_records) {
+    BackupArchive archive = backup();
+    std::size_t photos = 0;
+    for (BackupArchive::Entry& item : archive.items) {
+        item.photo = std::string(40000, 'p');
+        photos += item.photo->size();
+    }
+    for (BackupArchive::HistoryItem& item : *archive.history) {
+        item.photo = std::string(40000, 'h');
+        photos += item.photo->size();
+    }
+    TempDir files;
+    test::writeFile(files / "backup.json", BackupCodec::encode(archive));
+
+    AtomicFile::Options roomForOnce;
+    roomForOnce.freeSpace = std::make_shared<std::size_t>(photos + 20000); // and the data file
+    restored.setSaveOptions(roomForOnce);
+    BackupResult<RestoreReport> report = BackupCodec::restoreFile(files / "backup.json", restored);
+    ASSERT_TRUE(report) << report.description();
+    EXPECT_FALSE(restored.lastError()) << *restored.lastError();
+    EXPECT_EQ(restored.photoData(restored.collection()[0].photoFile), archive.items[1].photo);
+    EXPECT_EQ(test::namesIn(restored.photosFolder()).size(), 4u);
+
+    TempDir fullDir;
+    StoneStore full(fullDir.path());
+    AtomicFile::Options roomForOne;
+    roomForOne.freeSpace = std::make_shared<std::size_t>(40000 + 20000);
+    full.setSaveOptions(roomForOne);
+    report = BackupCodec::restoreFile(files / "backup.json", full);
+    ASSERT_TRUE(report) << report.description();
+    EXPECT_EQ(*report, (RestoreReport{2, 2, 2, 0}));
+    EXPECT_EQ(full.lastError(), "Couldn't save the photo: No space left on device");
+    int withPhoto = 0;
+    for (const auto& e : full.collection()) {
+        withPhoto += e.photoFile ? 1 : 0;
+    }
+    for (const auto& e : full.history()) {
+        withPhoto += e.photoFile ? 1 : 0;
+    }
+    EXPECT_EQ(withPhoto, 1);
+    StoneStore restarted(fullDir.path());
+    EXPECT_EQ(restarted.collection().size(), 2u) << "the records were saved";
+    EXPECT_EQ(test::namesIn(fullDir.path()),
               (std::set<std::string>{"Photos", "quarrydex-data.json"}));
 }
 

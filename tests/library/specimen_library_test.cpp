@@ -112,6 +112,12 @@ TEST_F(SpecimenSearch, queries_are_trimmed_case_blind_substrings) {
     EXPECT_EQ(found("  GALENA\t"), (std::vector<std::string>{"Galena"}));
     EXPECT_EQ(found("pbs"), (std::vector<std::string>{"Galena"}));
     EXPECT_TRUE(found("galena\n").empty());
+    // Pasted text: a no-break space and other Unicode blanks are trimmed like ASCII ones.
+    EXPECT_EQ(found("\u00A0galena\u00A0"), (std::vector<std::string>{"Galena"}));
+    EXPECT_EQ(found("\u3000\u2003Galena\u202F\t"), (std::vector<std::string>{"Galena"}));
+    EXPECT_EQ(found("\u00A0\u2009"), (std::vector<std::string>{"Amethyst", "Basalt", "Galena"}));
+    EXPECT_TRUE(found("galena\u2028").empty()) << "a line separator is a line break";
+    EXPECT_TRUE(found("lead\u00A0gray").empty()) << "inside the query it is a character";
     EXPECT_EQ(found("lead gray"), (std::vector<std::string>{"Galena"}));
     EXPECT_TRUE(found("gray lead").empty());
 }

@@ -8,6 +8,20 @@
 using namespace quarrydex;
 using quarrydex::test::makeSpecimen;
 
+// A library file may hold any number; a whole one beyond 64 bits was converted to an
+// integer, which is undefined (found by fuzzing).
+TEST(SpecimenText, hardness_text_writes_whole_numbers_without_a_fraction_at_any_size) {
+    EXPECT_EQ(numberText(6), "6");
+    EXPECT_EQ(numberText(5.5), "5.5");
+    EXPECT_EQ(numberText(-0.0), "0");
+    EXPECT_EQ(numberText(4e51), "3999999999999999972883794697446511905846833767776256");
+    EXPECT_EQ(numberText(-1e19), "-10000000000000000000");
+    Specimen s = makeSpecimen("x", "X");
+    s.hardnessMin = 7;
+    s.hardnessMax = 1e300;
+    EXPECT_TRUE(s.hardnessText().starts_with("7\u2013100000000000000005")) << s.hardnessText();
+}
+
 TEST(SpecimenText, gravity_range_handles_below_reversed_single_and_missing_values) {
     Specimen s = makeSpecimen("x", "X");
     auto range = [&](std::optional<std::string> text) {
@@ -60,4 +74,11 @@ TEST(SpecimenDecoding, bad_records_and_wrong_types_are_refused) {
     EXPECT_FALSE(specimenFromJson(record));
     EXPECT_FALSE(decodeSpecimens("[1]"));
     EXPECT_FALSE(decodeSpecimens("not json"));
+
+    // Two records with one id: the matcher could not tell them apart (found by fuzzing).
+    nlohmann::json twice = {toJson(makeSpecimen("quartz", "Quartz")),
+                            toJson(makeSpecimen("quartz", "Rock crystal"))};
+    auto decoded = decodeSpecimens(twice.dump());
+    ASSERT_FALSE(decoded);
+    EXPECT_EQ(decoded.error(), "the id \"quartz\" is used by two species");
 }

@@ -99,15 +99,23 @@ TEST(Records, hand_written_file_with_integer_dates_unknown_words_and_keys_loads)
 
 TEST(Records, dates_and_confidences_read_back_bit_for_bit) {
     StoneDataFile file;
-    const std::vector<double> values = {0.0,     -0.0,    0.1,
-                                        1e-300,  5e-324,  1.7976931348623157e308,
-                                        -3600.5, 2e9 / 3, 782000000.123456789};
+    const std::vector<double> values = {0.0,
+                                        -0.0,
+                                        0.1,
+                                        1e-300,
+                                        5e-324,
+                                        Timestamp::latest,
+                                        -3600.5,
+                                        2e9 / 3,
+                                        782000000.123456789,
+                                        Timestamp::earliest};
     for (double v : values) {
         CollectionEntry e = entry("n", "l");
         e.dateAdded = Timestamp{v};
         e.confidence = v;
         file.collection.push_back(e);
     }
+    file.collection[0].confidence = 1.7976931348623157e308;
     auto text = file.encode();
     ASSERT_TRUE(text) << text.error();
     auto back = StoneDataFile::decode(*text);
@@ -115,8 +123,33 @@ TEST(Records, dates_and_confidences_read_back_bit_for_bit) {
     for (std::size_t i = 0; i < values.size(); ++i) {
         double date = back->collection[i].dateAdded.sinceReference;
         EXPECT_EQ(std::memcmp(&date, &values[i], sizeof date), 0) << values[i];
-        EXPECT_EQ(*back->collection[i].confidence, values[i]);
+        EXPECT_EQ(back->collection[i].confidence, file.collection[i].confidence);
     }
+}
+
+// Only by editing the file: dates beyond the years 1 to 9999 read as the nearer end of that
+// range, and are saved that way.
+TEST(Records, dates_outside_years_1_to_9999_are_clamped_when_read) {
+    json object = sampleFile().toJson();
+    std::string text = object.dump();
+    auto replace = [&](const std::string& from, const std::string& to) {
+        std::size_t at = text.find(from);
+        ASSERT_NE(at, std::string::npos) << from;
+        text.replace(at, from.size(), to);
+    };
+    replace("782000000.125", "1e300");
+    replace("-3600.5", "-1.7976931348623157e308");
+    replace("782000100", "-63113904001");
+    auto read = StoneDataFile::decode(text);
+    ASSERT_TRUE(read) << read.error();
+    EXPECT_EQ(read->collection[0].dateAdded.sinceReference, Timestamp::latest);
+    EXPECT_EQ(read->collection[1].dateAdded.sinceReference, Timestamp::earliest);
+    EXPECT_EQ(read->history[0].date.sinceReference, Timestamp::earliest);
+
+    auto saved = read->encode();
+    ASSERT_TRUE(saved) << saved.error();
+    EXPECT_NE(saved->find("\"dateAdded\": 252423993599.0"), std::string::npos) << *saved;
+    EXPECT_NE(saved->find("\"dateAdded\": -63113904000.0"), std::string::npos) << *saved;
 }
 
 // Each fault in a single record fails the whole file: there is no per-record recovery.

@@ -263,6 +263,34 @@ TEST(StoneStore, photo_is_stored_under_its_upper_case_id_or_the_failure_is_repor
     EXPECT_EQ(store.lastError(), "Couldn't save the photo: Not a directory");
 }
 
+// A link planted in the photo folder must not make a photo write land elsewhere; the data
+// file, which users keep on a synced folder through a link, stays a link.
+TEST(StoneStore, photo_writes_replace_a_symbolic_link_and_the_data_file_link_is_kept) {
+    TempDir dir;
+    StoneStore store(dir / "data");
+    Uuid id = Uuid::random();
+    writeFile(dir / "elsewhere.txt", "not a photo");
+    fs::create_symlink(dir / "elsewhere.txt", store.photosFolder() / (id.text() + ".jpg"));
+    auto name = store.storePhoto("photo bytes", id);
+    ASSERT_TRUE(name) << store.lastError().value_or("");
+    EXPECT_FALSE(fs::is_symlink(store.photosFolder() / *name));
+    EXPECT_EQ(store.photoData(name), "photo bytes");
+    EXPECT_EQ(readFile(dir / "elsewhere.txt"), "not a photo");
+    EXPECT_EQ(fs::status(store.photosFolder() / *name).permissions(), fs::perms(0600));
+
+    fs::create_symlink(dir / "elsewhere.txt", store.photosFolder() / "restored.jpg");
+    EXPECT_EQ(store.putPhoto("restored bytes", "restored.jpg"), "restored.jpg");
+    EXPECT_FALSE(fs::is_symlink(store.photosFolder() / "restored.jpg"));
+    EXPECT_EQ(readFile(dir / "elsewhere.txt"), "not a photo");
+
+    writeFile(dir / "synced.json", "");
+    fs::remove(dir / "data" / "quarrydex-data.json");
+    fs::create_symlink(dir / "synced.json", dir / "data" / "quarrydex-data.json");
+    store.toggleFavorite("gold");
+    EXPECT_TRUE(fs::is_symlink(dir / "data" / "quarrydex-data.json"));
+    EXPECT_NE(readFile(dir / "synced.json").find("gold"), std::string::npos);
+}
+
 // --- failures on disk ---------------------------------------------------------------------
 
 TEST(StoneStore, save_failure_leaves_original_untouched_and_the_next_save_writes_the_change) {

@@ -1,3 +1,4 @@
+#include "store/data_folder_lock.h"
 #include "store/stone_store.h"
 #include "support/temp_dir.h"
 #include "ui/windowed_app.h"
@@ -46,4 +47,20 @@ TEST(UiStart, the_data_root_is_taken_from_the_command_line_against_the_current_f
               quarrydex::StoneStore::defaultRoot());
     EXPECT_EQ(quarrydex::ui::dataRoot(Launcher({"quarrydex", "--screenshots", "/tmp/s"})),
               quarrydex::StoneStore::defaultRoot());
+}
+
+// A second copy on the same data folder would silently lose the first one's changes: it
+// says so and exits before any window or store exists.
+TEST(UiStart, a_second_start_on_a_data_folder_in_use_says_so_and_exits_with_1) {
+    quarrydex::test::TempDir dir;
+    auto held = quarrydex::DataFolderLock::acquire(dir.path());
+    ASSERT_TRUE(held);
+    testing::internal::CaptureStderr();
+    int status = quarrydex::ui::runWindowedApplication(
+        Launcher({"quarrydex", "--data-root", dir.path().string(), "-platform", "offscreen"}));
+    std::string printed = testing::internal::GetCapturedStderr();
+    EXPECT_EQ(status, 1);
+    EXPECT_EQ(printed, "Quarrydex is already open with this data folder (" + dir.path().string() +
+                           "). Switch to that window, or close it first.\n");
+    EXPECT_FALSE(std::filesystem::exists(dir / "quarrydex-data.json"));
 }
