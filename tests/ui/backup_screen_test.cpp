@@ -270,6 +270,15 @@ private Q_SLOTS:
         }
         go.release();
         QVERIFY(waitForEnd());
+        backup().setWorkerHook({});
+        QVERIFY(backup().readBackup(urlOf(backupsOnDrive().front())));
+        QVERIFY(waitForEnd());
+        QObject* dialog = window_->findChild<QObject*>(QStringLiteral("restoreConfirmation"));
+        QTRY_VERIFY(dialog->property("opened").toBool());
+        settle();
+        QVERIFY(window_->grabWindow().save(folder + "/backup-restore-confirmation.png"));
+        QTest::keyClick(window_, Qt::Key_Escape);
+        QTRY_VERIFY(!dialog->property("visible").toBool());
         VxZoom::instance()->setLevel(200);
         settle();
         QVERIFY(window_->grabWindow().save(folder + "/backup-zoom-200.png"));

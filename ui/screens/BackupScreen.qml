@@ -328,6 +328,7 @@ Item {
         anchors.centerIn: Overlay.overlay
         scale: VxZoom.value
         padding: Theme.margin
+        width: Theme.dialogWidth + 2 * padding
         closePolicy: Popup.CloseOnEscape
 
         Overlay.modal: Rectangle { color: Theme.scrim }
@@ -346,7 +347,7 @@ Item {
         }
 
         ColumnLayout {
-            width: Theme.dialogWidth
+            width: parent.width
             spacing: Theme.spacing
             Text {
                 objectName: "restoreHolds"
