@@ -6,7 +6,6 @@
 #include "ui/help.h"
 #include "ui/icons.h"
 #include "ui/kit/kit_host.h"
-#include "ui/session_photo_provider.h"
 #include "ui/theme.h"
 #include "ui/thumbnail_provider.h"
 
@@ -118,8 +117,6 @@ void prepareEngine(QQmlEngine& engine) {
         QObject::connect(model, &AppModel::photoDataChanged, &engine,
                          [thumbnails, model] { thumbnails->setSessionPhoto(model->photoData()); });
         engine.addImageProvider(QString::fromLatin1(ThumbnailProvider::providerName), thumbnails);
-        engine.addImageProvider(QString::fromLatin1(SessionPhotoProvider::name),
-                                new SessionPhotoProvider(model));
     }
 }
 

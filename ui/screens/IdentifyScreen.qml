@@ -262,7 +262,7 @@ FocusScope {
                                     anchors.fill: parent
                                     visible: AppModel.hasPhoto
                                     source: AppModel.hasPhoto
-                                            ? "image://sessionphoto/" + AppModel.photoRevision : ""
+                                            ? "image://thumbnail/@session?" + AppModel.photoRevision : ""
                                     sourceSize.width: width * 2
                                     sourceSize.height: height * 2
                                     fillMode: Image.PreserveAspectCrop
