@@ -1,7 +1,6 @@
 import QtQuick
 import QtQuick.Controls
 import QtQuick.Layouts
-import QtMultimedia
 import Quarrydex
 
 // "Take a Photo": the live preview of the default camera, what the camera is doing, Cancel and
@@ -41,7 +40,7 @@ Dialog {
 
     CameraController {
         id: camera
-        videoOutput: preview
+        videoOutput: preview.videoSink
         onPhotoCaptured: photo => {
             AppModel.setPhotoAsync(photo)
             AppModel.section = "identify"
@@ -76,11 +75,10 @@ Dialog {
             Layout.fillWidth: true
             Layout.preferredHeight: width * 3 / 4
 
-            VideoOutput {
+            CameraPreview {
                 id: preview
                 anchors.fill: parent
                 anchors.margins: Theme.spacingSmall
-                fillMode: VideoOutput.PreserveAspectFit
             }
             SymbolIcon {
                 anchors.centerIn: parent
