@@ -68,7 +68,7 @@ BackupController::~BackupController() {
             store_.releasePhotoFiles();
         }
     }
-    // The staging folder goes with the staged backup; its files were the worker's to write.
+    // The staging folder and what is left in it go with the staged backup.
     staged_.reset();
 }
 
@@ -314,12 +314,20 @@ bool BackupController::readBackup(const QUrl& file) {
     }
     discardRestore();
     fs::path source = localPath(file);
+    // The photos are staged inside the data folder, on the same disk as the photo folder,
+    // so that confirming moves them there rather than copying them.
     fs::path stagingParent = store_.root();
+    AtomicFile::Options options = store_.saveOptions();
     auto result = std::make_shared<std::optional<BackupResult<StagedBackup>>>();
     return start(
         QStringLiteral("reading"), QStringLiteral("Reading the backup…"),
-        [source, stagingParent, result](JobProgress&) {
-            result->emplace(BackupCodec::decodeFile(source, stagingParent));
+        [source, stagingParent, options, result](JobProgress&) {
+            result->emplace(BackupCodec::decodeFile(source, stagingParent, options));
+            // Flushed here so that the flush when they are moved in finds little to do; a
+            // failure shows again then, where it is reported.
+            if (**result) {
+                (void)(**result)->flush();
+            }
         },
         [this, result] {
             BackupResult<StagedBackup>& read = **result;
@@ -339,76 +347,98 @@ bool BackupController::readBackup(const QUrl& file) {
             }
             staged_ = std::make_shared<StagedBackup>(std::move(*read));
             const BackupArchive& archive = staged_->archive();
-            plan_ = std::make_shared<RestorePlan>(RestorePlan::make(archive, store_));
+            preview_ = BackupCodec::preview(archive, store_);
             QDateTime made = QDateTime::fromSecsSinceEpoch(
                 qint64(archive.createdAt.sinceReference + Timestamp::unixOfReference), Qt::UTC);
+            const qint64 pieces = qint64(archive.items.size());
+            const qint64 history = archive.history ? qint64(archive.history->size()) : 0;
+            const qint64 favorites = archive.favorites ? qint64(archive.favorites->size()) : 0;
             restoreHoldsText_ =
                 QStringLiteral("A backup made ") + displayDate(made) + QStringLiteral(" holding ") +
-                plural(plan_->backupPieces, "piece", "pieces") + QStringLiteral(", ") +
-                plural(plan_->backupHistory, "history entry", "history entries") +
-                QStringLiteral(" and ") +
-                plural(plan_->backupFavorites, "favourite", "favourites") + QStringLiteral(".");
-            restoreAddsText_ = QString::fromStdString(plan_->additionsText());
+                plural(pieces, "piece", "pieces") + QStringLiteral(", ") +
+                plural(history, "history entry", "history entries") + QStringLiteral(" and ") +
+                plural(favorites, "favourite", "favourites") + QStringLiteral(".");
+            restoreAddsText_ = plural(preview_->collectionAdded, "new piece", "new pieces") +
+                               QStringLiteral(", ") + QString::number(preview_->skippedExisting) +
+                               QStringLiteral(" already here, ") +
+                               plural(preview_->historyAdded, "history entry", "history entries") +
+                               QStringLiteral(", ") +
+                               plural(preview_->favoritesAdded, "favourite", "favourites");
             Q_EMIT restorePendingChanged();
             endOperation(true);
         });
 }
 
 bool BackupController::restoreAddsAnything() const {
-    return plan_ && (plan_->newPieces + plan_->newHistory + plan_->newFavorites) > 0;
+    return preview_ &&
+           (preview_->collectionAdded + preview_->historyAdded + preview_->favoritesAdded) > 0;
 }
 
 bool BackupController::confirmRestore() {
     if (busy() || !staged_) {
         return false;
     }
-    auto staged = std::move(staged_);
-    auto plan = std::move(plan_);
-    fs::path photos = store_.photosFolder();
-    auto additions = std::make_shared<RestoreAdditions>();
-    auto outcome = std::make_shared<JobOutcome>();
-    // The staged backup now belongs to the worker, which also removes its staging folder.
-    staged_.reset();
-    plan_.reset();
+    // The photos were decoded and flushed on the worker; what is left is moving them into the
+    // photo folder (renames on the same disk), one flush, the merge and one save. That needs
+    // the store, so it runs here, once the screen has shown that the restore started.
+    std::shared_ptr<StagedBackup> staged = std::move(staged_);
+    job_ = std::make_shared<JobProgress>();
+    operation_ = QStringLiteral("restore");
+    progress_ = 0;
+    progressText_ = QStringLiteral("Restoring…");
+    clearMessage();
     restoreHoldsText_.clear();
     restoreAddsText_.clear();
+    preview_.reset();
     Q_EMIT restorePendingChanged();
-    return start(
-        QStringLiteral("restore"), QStringLiteral("Restoring…"),
-        [staged, plan, photos, additions, outcome](JobProgress& progress) mutable {
-            *outcome = writeRestorePhotos(*staged, *plan, photos, progress, *additions);
-            staged.reset();
-        },
-        [this, additions, outcome] {
-            switch (outcome->kind) {
-            case JobOutcome::Kind::cancelled:
+    Q_EMIT busyChanged();
+    Q_EMIT progressChanged();
+    QMetaObject::invokeMethod(
+        this,
+        [this, job = job_, staged = std::move(staged)]() mutable {
+            if (job->cancelled()) {
+                removeInBackground(std::move(staged));
                 setMessage(QStringLiteral("Restore cancelled. Nothing was added."), false);
                 endOperation(false);
                 return;
-            case JobOutcome::Kind::failed:
-                setMessage(QString::fromStdString(outcome->message) +
-                               QStringLiteral(". Nothing was restored."),
-                           true);
-                endOperation(false);
-                return;
-            case JobOutcome::Kind::done:
-                break;
             }
-            RestoreReport report = applyRestore(std::move(*additions), store_);
-            setMessage(QString::fromStdString(report.summary()), false);
+            // Only this restore's problems are reported with its outcome.
+            store_.clearLastError();
+            RestoreReport report = BackupCodec::restore(*staged, store_);
+            // What was not moved in (records already here) goes with the staging folder.
+            removeInBackground(std::move(staged));
+            progress_ = 1;
+            QString summary = QString::fromStdString(report.summary());
+            if (store_.lastError()) {
+                // The records are in; the store says what went wrong with their photos or
+                // their saving.
+                QString problem = QString::fromStdString(*store_.lastError());
+                if (!problem.endsWith(QLatin1Char('.'))) {
+                    problem += QLatin1Char('.');
+                }
+                setMessage(summary + QLatin1Char(' ') + problem, true);
+            } else {
+                setMessage(summary, false);
+            }
             endOperation(true);
-        });
+        },
+        Qt::QueuedConnection);
+    return true;
 }
 
-void BackupController::dropStaged() {
-    if (!staged_) {
+void BackupController::removeInBackground(std::shared_ptr<StagedBackup> staged) {
+    if (!staged) {
         return;
     }
     // Removing the staging folder's files can take a while: it happens on a thread of its own.
-    QThread* cleaner = QThread::create([staged = std::move(staged_)]() mutable { staged.reset(); });
+    QThread* cleaner = QThread::create([staged = std::move(staged)]() mutable { staged.reset(); });
     connect(cleaner, &QThread::finished, cleaner, &QObject::deleteLater);
     cleaner->start();
-    plan_.reset();
+}
+
+void BackupController::dropStaged() {
+    removeInBackground(std::move(staged_));
+    preview_.reset();
 }
 
 void BackupController::discardRestore() {

@@ -3,15 +3,18 @@
 // a chosen file with verification, restoring a backup after showing what it would add,
 // exporting the collection as CSV, and when the last verified backup was made.
 //
-// Every file operation runs on a worker thread, one at a time, with a determinate progress
-// and a cancel. The store is never read from the worker: each operation copies what it
-// needs from the store on the main thread first (records without photos, photo file
+// Every slow file operation runs on a worker thread, one at a time, with a determinate
+// progress and a cancel. The store is never read from the worker: each operation copies
+// what it needs from the store on the main thread first (records without photos, photo file
 // names, the CSV text), and a backup holds the store's photo files (no file is deleted
-// while it runs) so the photos of that copy stay readable. Restored records are merged on
-// the main thread in one save. Qt Core only; the screen talks to it through properties.
+// while it runs) so the photos of that copy stay readable. A restore decodes the file and
+// stages its photos on the worker (BackupCodec::decodeFile); once confirmed, the core's
+// BackupCodec::restore moves them into the store and merges the records on the main thread
+// in one save. Qt Core only; the screen talks to it through properties.
 
 #include "app/backup_job.h"
 #include "backup/drive_info.h"
+#include "backup/restore_report.h"
 
 #include <QDateTime>
 #include <QObject>
@@ -21,6 +24,7 @@
 #include <QVariantList>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 class QThread;
@@ -150,6 +154,7 @@ private:
     bool startBackup(std::function<JobOutcome(const BackupSnapshot&, JobProgress&)> write);
     void recordLastBackup(const QString& file);
     void dropStaged();
+    static void removeInBackground(std::shared_ptr<StagedBackup> staged);
 
     StoneStore& store_;
     const SpecimenLibrary& library_;
@@ -171,7 +176,7 @@ private:
 
     // A backup read and waiting for confirmation.
     std::shared_ptr<StagedBackup> staged_;
-    std::shared_ptr<RestorePlan> plan_;
+    std::optional<RestoreReport> preview_; // what confirming would add
     QString restoreHoldsText_;
     QString restoreAddsText_;
 };

@@ -1,21 +1,21 @@
 #pragma once
-// The work behind the backup screen, split so that nothing slow runs on the store's thread
-// and the store is never read from another thread:
+// The work behind the backup screen's backups and export, split so that nothing slow runs
+// on the store's thread and the store is never read from another thread:
 //
-//  - take*() run on the store's thread and copy what the work needs (the records without
-//    their photos, photo file names, id sets). That is a few microseconds per record.
-//  - write*() and the restore's photo writing run on a worker thread over those copies and
-//    the files alone, reporting progress and honouring a cancel request.
-//  - applyRestore() runs on the store's thread again and merges the records in one save.
+//  - BackupSnapshot::take() runs on the store's thread and copies what a backup needs (the
+//    records without their photos, photo file names). That is a few microseconds a record.
+//  - write*() run on a worker thread over that copy and the files alone, reporting
+//    progress and honouring a cancel request.
+//
+// Restores need none of this: the backup screen uses BackupCodec::decodeFile on the worker
+// and BackupCodec::restore on the store's thread.
 //
 // Photo files stay readable for the worker because the caller holds them in the store
 // (StoneStore::holdPhotoFiles) while a backup runs; a photo replaced meanwhile is read
 // either whole before or whole after the replacement (replacements are atomic renames).
 
 #include "backup/backup_archive.h"
-#include "backup/restore_report.h"
 #include "store/atomic_file.h"
-#include "store/records.h"
 #include "store/stone_store.h"
 
 #include <atomic>
@@ -23,7 +23,6 @@
 #include <filesystem>
 #include <optional>
 #include <string>
-#include <unordered_set>
 #include <vector>
 
 namespace quarrydex {
@@ -83,46 +82,6 @@ JobOutcome writeVerifiedBackup(const BackupSnapshot& snapshot, const std::filesy
 // writing somewhere else.
 JobOutcome writeBackupToDrive(const BackupSnapshot& snapshot, const std::filesystem::path& drive,
                               JobProgress& progress, AtomicFile::Options options = {});
-
-// What a decoded backup would add to the store, worked out against the store's ids.
-struct RestorePlan {
-    std::unordered_set<Uuid> collectionIds; // the store's, before the restore
-    std::unordered_set<Uuid> historyIds;
-    std::vector<std::string> favorites; // the store's
-
-    // The backup's content.
-    int backupPieces = 0;
-    int backupHistory = 0;
-    int backupFavorites = 0;
-    // What restoring it adds.
-    int newPieces = 0;
-    int newHistory = 0;
-    int newFavorites = 0;
-    int alreadyHere = 0; // pieces and history entries whose id the store holds
-
-    static RestorePlan make(const BackupArchive& archive, const StoneStore& store);
-    // "12 new pieces, 3 already here, 40 history entries, 2 favourites"
-    std::string additionsText() const;
-};
-
-// The records a restore adds, their photos already written into the photo folder.
-struct RestoreAdditions {
-    std::vector<CollectionEntry> collection;
-    std::vector<HistoryEntry> history;
-    std::vector<std::string> favorites;
-    int skippedExisting = 0;
-};
-
-// Worker side of a restore: writes the photos of the records the plan counts as new into
-// `photosFolder` (each under its record's id, atomically) and builds those records. Any
-// photo that cannot be written, or a cancel, removes the photos written so far and
-// returns the failure (nothing is to be merged then). Progress counts records.
-JobOutcome writeRestorePhotos(const StagedBackup& backup, const RestorePlan& plan,
-                              const std::filesystem::path& photosFolder, JobProgress& progress,
-                              RestoreAdditions& additions);
-
-// Store side: merges the additions in one save and returns the report.
-RestoreReport applyRestore(RestoreAdditions additions, StoneStore& store);
 
 // Writes `text` to `target` atomically (the CSV export).
 JobOutcome writeTextFile(const std::string& text, const std::filesystem::path& target,

@@ -227,6 +227,10 @@ void StagedBackup::removeFolder() {
     }
 }
 
+Status StagedBackup::flush() const {
+    return folder_.empty() ? Status{} : AtomicFile::flushFileSystem(folder_);
+}
+
 std::optional<fs::path> StagedBackup::itemPhotoFile(std::size_t index) const {
     if (index >= itemHasPhoto_.size() || !itemHasPhoto_[index]) {
         return std::nullopt;

@@ -142,6 +142,10 @@ public:
     // Why some photo of the file could not be set aside (most often a full disk); those
     // records have no photo. None when every photo was staged.
     const std::optional<std::string>& photoProblem() const { return photoProblem_; }
+    // Flushes the staged photos to the disk (the file system holding the staging folder), so
+    // that restoring them into a store on the same disk, which moves them, has little left
+    // to flush. Success when nothing was staged.
+    Status flush() const;
 
 private:
     friend class BackupCodec;
@@ -201,11 +205,15 @@ public:
     // history records whose id the store already holds are skipped (and counted), as are
     // repeats of an id within the backup itself; favorites already present are skipped
     // without being counted. New photos are written under their record's own id, or under
-    // a fresh name when a record (of the store or of this restore) already uses that one;
+    // a fresh name when a record (of the store or of this restore) already uses that one or
+    // a file of that name is in the photo folder;
     // they are flushed to disk together, before the merge saves the records that name
     // them. A photo that cannot be written leaves its record without a photo, with the
     // store's lastError saying why. The store saves once, also when nothing was new.
     static RestoreReport restore(const BackupArchive& archive, StoneStore& store);
+    // What restore() would report for `archive` if it ran now, by the same rules; changes
+    // nothing. For the question asked before a restore.
+    static RestoreReport preview(const BackupArchive& archive, const StoneStore& store);
     static RestoreReport restore(const StagedBackup& backup, StoneStore& store);
     // decodeFile() with staging inside the store's root folder, then restore(). A refused
     // file changes nothing in the store.

@@ -22,10 +22,10 @@ using HasPhoto = std::function<bool(std::size_t index)>;
 // The names photos are written under. A restore never overwrites a photo it does not own:
 // "<id>.jpg" is taken only while no record of the store, and no record restored so far,
 // uses that name (a collection and a history entry may share an id, by accident or in a
-// crafted backup); otherwise a fresh name.
+// crafted backup) and no file of that name is in the photo folder; otherwise a fresh name.
 class PhotoNames {
 public:
-    explicit PhotoNames(const StoneStore& store) {
+    explicit PhotoNames(const StoneStore& store) : folder_(store.photosFolder()) {
         for (const CollectionEntry& entry : store.collection()) {
             remember(entry.photoFile);
         }
@@ -36,7 +36,7 @@ public:
 
     std::string forRecord(const Uuid& id) const {
         std::string name = id.text() + ".jpg";
-        while (used_.count(name) != 0) {
+        while (used_.count(name) != 0 || isTaken(name)) {
             name = Uuid::random().text() + ".jpg";
         }
         return name;
@@ -49,22 +49,72 @@ public:
     }
 
 private:
+    // A file (or a link, even a dangling one) of that name is already in the photo folder.
+    bool isTaken(const std::string& name) const {
+        std::error_code ec;
+        return std::filesystem::exists(std::filesystem::symlink_status(folder_ / name, ec));
+    }
+
+    std::filesystem::path folder_;
     std::unordered_set<std::string> used_;
+};
+
+// Which records of a backup a restore adds: collection and history records whose id the
+// store lacks (each id once, so a repeat within the backup counts as already here) and
+// favorites the store lacks (each once; those already present are not counted).
+struct Additions {
+    std::vector<std::size_t> items;   // indexes into archive.items
+    std::vector<std::size_t> history; // indexes into *archive.history
+    std::vector<std::string> favorites;
+    int skippedExisting = 0;
+
+    Additions(const BackupArchive& archive, const StoneStore& store) {
+        // Ids are taken before anything is added and grow with each record added.
+        std::unordered_set<Uuid> collectionIds;
+        for (const CollectionEntry& entry : store.collection()) {
+            collectionIds.insert(entry.id);
+        }
+        for (std::size_t i = 0; i < archive.items.size(); ++i) {
+            if (collectionIds.insert(archive.items[i].id).second) {
+                items.push_back(i);
+            } else {
+                ++skippedExisting;
+            }
+        }
+        if (archive.history) {
+            std::unordered_set<Uuid> historyIds;
+            for (const HistoryEntry& entry : store.history()) {
+                historyIds.insert(entry.id);
+            }
+            for (std::size_t i = 0; i < archive.history->size(); ++i) {
+                if (historyIds.insert((*archive.history)[i].id).second) {
+                    history.push_back(i);
+                } else {
+                    ++skippedExisting;
+                }
+            }
+        }
+        if (archive.favorites) {
+            const std::vector<std::string>& own = store.favorites();
+            for (const std::string& id : *archive.favorites) {
+                if (std::find(own.begin(), own.end(), id) == own.end() &&
+                    std::find(favorites.begin(), favorites.end(), id) == favorites.end()) {
+                    favorites.push_back(id);
+                }
+            }
+        }
+    }
+
+    RestoreReport report() const {
+        return {static_cast<int>(items.size()), static_cast<int>(history.size()),
+                static_cast<int>(favorites.size()), skippedExisting};
+    }
 };
 
 RestoreReport restoreRecords(const BackupArchive& archive, StoneStore& store,
                              const HasPhoto& itemHasPhoto, const PlacePhoto& placeItemPhoto,
                              const HasPhoto& historyHasPhoto, const PlacePhoto& placeHistoryPhoto) {
-    // Ids are taken before anything is added and grow with each record added, so a record
-    // whose id appears twice in one backup is added once and then counted as already here.
-    std::unordered_set<Uuid> collectionIds;
-    for (const CollectionEntry& entry : store.collection()) {
-        collectionIds.insert(entry.id);
-    }
-    std::unordered_set<Uuid> historyIds;
-    for (const HistoryEntry& entry : store.history()) {
-        historyIds.insert(entry.id);
-    }
+    Additions additions(archive, store);
     PhotoNames names(store);
     std::vector<std::string> placed; // photos written, not yet flushed
 
@@ -83,14 +133,10 @@ RestoreReport restoreRecords(const BackupArchive& archive, StoneStore& store,
         return file;
     };
 
-    RestoreReport report;
     std::vector<CollectionEntry> collection;
-    for (std::size_t i = 0; i < archive.items.size(); ++i) {
+    collection.reserve(additions.items.size());
+    for (std::size_t i : additions.items) {
         const BackupArchive::Entry& item = archive.items[i];
-        if (!collectionIds.insert(item.id).second) {
-            ++report.skippedExisting;
-            continue;
-        }
         CollectionEntry entry;
         entry.id = item.id;
         entry.specimenID = item.specimenID;
@@ -105,22 +151,17 @@ RestoreReport restoreRecords(const BackupArchive& archive, StoneStore& store,
     }
 
     std::vector<HistoryEntry> history;
-    if (archive.history) {
-        for (std::size_t i = 0; i < archive.history->size(); ++i) {
-            const BackupArchive::HistoryItem& item = (*archive.history)[i];
-            if (!historyIds.insert(item.id).second) {
-                ++report.skippedExisting;
-                continue;
-            }
-            HistoryEntry entry;
-            entry.id = item.id;
-            entry.date = item.date;
-            entry.answers = item.answers;
-            entry.results = item.results;
-            entry.level = item.level;
-            entry.photoFile = photoFor(item.id, i, historyHasPhoto, placeHistoryPhoto);
-            history.push_back(std::move(entry));
-        }
+    history.reserve(additions.history.size());
+    for (std::size_t i : additions.history) {
+        const BackupArchive::HistoryItem& item = (*archive.history)[i];
+        HistoryEntry entry;
+        entry.id = item.id;
+        entry.date = item.date;
+        entry.answers = item.answers;
+        entry.results = item.results;
+        entry.level = item.level;
+        entry.photoFile = photoFor(item.id, i, historyHasPhoto, placeHistoryPhoto);
+        history.push_back(std::move(entry));
     }
 
     // The photos reach the disk together, before the data file names them. If they cannot,
@@ -142,25 +183,16 @@ RestoreReport restoreRecords(const BackupArchive& archive, StoneStore& store,
         }
     }
 
-    std::vector<std::string> favorites;
-    if (archive.favorites) {
-        const std::vector<std::string>& own = store.favorites();
-        for (const std::string& id : *archive.favorites) {
-            if (std::find(own.begin(), own.end(), id) == own.end() &&
-                std::find(favorites.begin(), favorites.end(), id) == favorites.end()) {
-                favorites.push_back(id);
-            }
-        }
-    }
-
-    report.collectionAdded = static_cast<int>(collection.size());
-    report.historyAdded = static_cast<int>(history.size());
-    report.favoritesAdded = static_cast<int>(favorites.size());
-    store.merge(std::move(collection), std::move(history), favorites);
+    RestoreReport report = additions.report();
+    store.merge(std::move(collection), std::move(history), additions.favorites);
     return report;
 }
 
 } // namespace
+
+RestoreReport BackupCodec::preview(const BackupArchive& archive, const StoneStore& store) {
+    return Additions(archive, store).report();
+}
 
 RestoreReport BackupCodec::restore(const BackupArchive& archive, StoneStore& store) {
     return restoreRecords(

@@ -85,6 +85,16 @@ struct Fixture {
         return files;
     }
 
+    // The hidden folders a backup being read stages its photos in, inside the data folder.
+    std::size_t stagingFolders() {
+        std::size_t count = 0;
+        for (const auto& e : fs::directory_iterator(dir / "data")) {
+            const std::string name = e.path().filename().string();
+            count += name.starts_with(".") && name != ".undo" ? 1 : 0;
+        }
+        return count;
+    }
+
     TempDir dir;
     fs::path drive;
     AppModel model;
@@ -303,11 +313,7 @@ private Q_SLOTS:
         QVERIFY(it != f.store().collection().end());
         QCOMPARE(f.store().photoData(it->photoFile), source.store().photoData(fresh.photoFile));
         // No staging folder is left in the data root.
-        QTRY_VERIFY(std::none_of(fs::directory_iterator(f.dir / "data"), fs::directory_iterator(),
-                                 [](const fs::directory_entry& e) {
-                                     return e.path().filename().string().starts_with(".") &&
-                                            e.path().filename() != ".undo";
-                                 }));
+        QTRY_COMPARE(f.stagingFolders(), std::size_t(0));
 
         // Again: nothing new, said so.
         QVERIFY(f.run([&] { return f.backup().readBackup(urlOf(file)); }));
@@ -317,7 +323,8 @@ private Q_SLOTS:
                                                       "backup is already here (3 items checked)."));
     }
 
-    void a_restore_whose_photos_cannot_be_written_changes_nothing_and_says_why() {
+    // The records still come back, without the photos, and the message says why.
+    void a_restore_whose_photos_cannot_be_moved_in_restores_the_records_and_says_why() {
         Fixture source;
         source.addPiece("First");
         source.addPiece("Second");
@@ -326,15 +333,21 @@ private Q_SLOTS:
 
         Fixture f;
         QVERIFY(f.run([&] { return f.backup().readBackup(urlOf(file)); }));
-        // The photo folder turns into a file: no photo can be written there any more.
+        // The photo folder turns into a file: no photo can be put there any more.
         fs::remove_all(f.store().photosFolder());
         test::writeFile(f.store().photosFolder(), "not a folder");
-        QVERIFY(!f.run([&] { return f.backup().confirmRestore(); }));
-        QVERIFY(f.backup().message().startsWith(QStringLiteral("Couldn't save the photo: ")));
-        QVERIFY(f.backup().message().endsWith(QStringLiteral(". Nothing was restored.")));
+        QVERIFY(f.run([&] { return f.backup().confirmRestore(); }));
+        QVERIFY(f.backup().message().startsWith(
+            QStringLiteral("Restored 2 collection item(s), 0 history entries and 0 favorite(s). "
+                           "0 item(s) were already here and were left untouched. "
+                           "Couldn't save the photo: ")));
         QVERIFY(f.backup().messageIsError());
-        QVERIFY(f.store().collection().empty());
+        QCOMPARE(f.store().collection().size(), std::size_t(2));
+        for (const CollectionEntry& entry : f.store().collection()) {
+            QVERIFY(!entry.photoFile);
+        }
         QCOMPARE(test::readFile(f.store().photosFolder()), std::string("not a folder"));
+        QTRY_COMPARE(f.stagingFolders(), std::size_t(0));
     }
 
     void a_restored_photo_never_replaces_a_file_already_in_the_photo_folder() {
@@ -363,11 +376,34 @@ private Q_SLOTS:
 
         Fixture f;
         QVERIFY(f.run([&] { return f.backup().readBackup(urlOf(file)); }));
+        QCOMPARE(f.stagingFolders(), std::size_t(1));
         f.backup().discardRestore();
         QVERIFY(!f.backup().restorePending());
         QVERIFY(!f.backup().confirmRestore());
         QVERIFY(f.store().collection().empty());
         QVERIFY(test::namesIn(f.store().photosFolder()).empty());
+        QTRY_COMPARE(f.stagingFolders(), std::size_t(0));
+    }
+
+    void a_restore_cancelled_before_it_starts_adds_nothing_and_leaves_nothing() {
+        Fixture source;
+        source.addPiece("Kept out");
+        fs::path file = source.dir / "backup.json";
+        QVERIFY(source.run([&] { return source.backup().saveBackupAs(urlOf(file)); }));
+
+        Fixture f;
+        QVERIFY(f.run([&] { return f.backup().readBackup(urlOf(file)); }));
+        QSignalSpy finished(&f.backup(), &BackupController::finished);
+        QVERIFY(f.backup().confirmRestore());
+        QVERIFY(f.backup().busy());
+        QCOMPARE(f.backup().operation(), QStringLiteral("restore"));
+        QVERIFY(!f.backup().restorePending());
+        f.backup().cancel();
+        QVERIFY(finished.wait(20000));
+        QCOMPARE(finished.first().at(1).toBool(), false);
+        QCOMPARE(f.backup().message(), QStringLiteral("Restore cancelled. Nothing was added."));
+        QVERIFY(f.store().collection().empty());
+        QTRY_COMPARE(f.stagingFolders(), std::size_t(0));
     }
 
     void files_that_are_not_backups_are_refused_with_their_message_and_change_nothing() {

@@ -232,6 +232,97 @@ TEST_F(Restore, photos_need_their_space_once_and_a_full_disk_still_restores_the_
               (std::set<std::string>{"Photos", "quarrydex-data.json"}));
 }
 
+// The question asked before a restore gets the answer the restore then gives: new ids,
+// ids already here, repeats inside the backup, favorites already present or repeated.
+TEST_F(Restore, the_preview_reports_what_the_restore_then_does_and_changes_nothing) {
+    restored.toggleFavorite("amethyst");
+    BackupArchive archive = backup();
+    archive.items.push_back(archive.items[0]); // a repeat inside the backup
+    archive.favorites->push_back("opal");
+    archive.favorites->push_back("opal");
+    BackupArchive format1 = archive;
+    format1.history.reset();
+    format1.favorites.reset();
+
+    for (const BackupArchive& candidate : {archive, archive, format1}) {
+        std::string dataBefore = test::readFile(restoredDir / "quarrydex-data.json");
+        std::set<std::string> photosBefore = test::namesIn(restored.photosFolder());
+        RestoreReport preview = BackupCodec::preview(candidate, restored);
+        EXPECT_EQ(test::readFile(restoredDir / "quarrydex-data.json"), dataBefore);
+        EXPECT_EQ(test::namesIn(restored.photosFolder()), photosBefore);
+        EXPECT_EQ(BackupCodec::restore(candidate, restored), preview);
+    }
+    // The first pass added all but the repeat and the favorite already here; later passes
+    // find everything here.
+    TempDir freshDir;
+    StoneStore fresh(freshDir.path());
+    fresh.toggleFavorite("amethyst");
+    EXPECT_EQ(BackupCodec::preview(archive, fresh), (RestoreReport{2, 2, 2, 1}));
+    EXPECT_EQ(BackupCodec::preview(format1, restored), (RestoreReport{0, 0, 0, 3}));
+
+    // From a staged file as well.
+    TempDir files;
+    test::writeFile(files / "backup.json", BackupCodec::encode(archive));
+    BackupResult<StagedBackup> staged =
+        BackupCodec::decodeFile(files / "backup.json", files.path());
+    ASSERT_TRUE(staged) << staged.description();
+    RestoreReport preview = BackupCodec::preview(staged->archive(), fresh);
+    EXPECT_EQ(BackupCodec::restore(*staged, fresh), preview);
+}
+
+// A file in the photo folder that no record names (left by someone, or released and not yet
+// deleted) is not the restore's to replace either.
+TEST_F(Restore, a_file_already_in_the_photo_folder_is_never_replaced) {
+    BackupArchive archive = backup();
+    const Uuid id = archive.items[1].id; // the piece with a photo
+    const fs::path squatter = restored.photosFolder() / (id.text() + ".jpg");
+    test::writeFile(squatter, "someone else's file");
+    TempDir files;
+    test::writeFile(files / "backup.json", BackupCodec::encode(archive));
+    BackupResult<RestoreReport> report = BackupCodec::restoreFile(files / "backup.json", restored);
+    ASSERT_TRUE(report) << report.description();
+    EXPECT_EQ(test::readFile(squatter), "someone else's file");
+    const CollectionEntry& piece = restored.collection()[1];
+    ASSERT_EQ(piece.id, id);
+    EXPECT_NE(piece.photoFile, squatter.filename().string());
+    EXPECT_EQ(restored.photoData(piece.photoFile), archive.items[1].photo);
+
+    // The same from memory.
+    TempDir otherDir;
+    StoneStore other(otherDir.path());
+    test::writeFile(other.photosFolder() / (id.text() + ".jpg"), "someone else's file");
+    (void)BackupCodec::restore(archive, other);
+    EXPECT_EQ(test::readFile(other.photosFolder() / (id.text() + ".jpg")), "someone else's file");
+    EXPECT_EQ(other.photoData(other.collection()[1].photoFile), archive.items[1].photo);
+}
+
+// Staged photos live in a hidden folder of the data folder until they are moved in; a
+// backup that is read and then not restored, or restored only in part, leaves none there.
+TEST_F(Restore, a_staged_backup_takes_its_staging_folder_with_it) {
+    TempDir files;
+    test::writeFile(files / "backup.json", BackupCodec::encode(backup()));
+    const std::set<std::string> before = test::namesIn(restoredDir.path());
+    {
+        BackupResult<StagedBackup> staged =
+            BackupCodec::decodeFile(files / "backup.json", restoredDir.path());
+        ASSERT_TRUE(staged) << staged.description();
+        EXPECT_TRUE(staged->flush());
+        EXPECT_EQ(test::namesIn(restoredDir.path()).size(), before.size() + 1);
+    }
+    EXPECT_EQ(test::namesIn(restoredDir.path()), before) << "declined";
+
+    (void)BackupCodec::restore(backup(), restored);
+    {
+        BackupResult<StagedBackup> staged =
+            BackupCodec::decodeFile(files / "backup.json", restoredDir.path());
+        ASSERT_TRUE(staged) << staged.description();
+        EXPECT_EQ(BackupCodec::restore(*staged, restored), (RestoreReport{0, 0, 0, 4}));
+    }
+    EXPECT_EQ(test::namesIn(restoredDir.path()),
+              (std::set<std::string>{"Photos", "quarrydex-data.json"}))
+        << "nothing moved in, everything removed";
+}
+
 TEST_F(Restore, a_refused_file_changes_nothing) {
     restored.toggleFavorite("opal");
     std::string dataBefore = test::readFile(restoredDir / "quarrydex-data.json");
