@@ -6,6 +6,7 @@
 #include "app/app_model.h"
 #include "identify/matcher.h"
 #include "identify/rgb.h"
+#include "tests/ui/quick_test_support.h"
 #include "ui/kit/vx_zoom.h"
 #include "ui/theme.h"
 #include "ui/windowed_app.h"
@@ -683,21 +684,9 @@ private Q_SLOTS:
 };
 
 int main(int argc, char** argv) {
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    }
     QTemporaryDir home;
-    QDir(home.path()).mkpath("config");
-    QDir(home.path()).mkpath("runtime");
+    quarrydex::test::prepareQuickTestProcess(home.path());
     QDir(home.path()).mkpath("files");
-    QFile::setPermissions(home.path() + "/runtime",
-                          QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
-    qputenv("XDG_CONFIG_HOME", (home.path() + "/config").toUtf8());
-    qputenv("XDG_RUNTIME_DIR", (home.path() + "/runtime").toUtf8());
-    QStandardPaths::setTestModeEnabled(true);
-    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, home.path() + "/config");
-    quarrydex::ui::describeApplication();
-    QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
 
     QGuiApplication app(argc, argv);
     quarrydex::ui::installKit();

@@ -2,16 +2,22 @@
 // Helpers for the Qt Test suites that drive the windows offscreen: finding items by object
 // name, reading their texts, clicking their centres and letting a window settle.
 
+#include <QDir>
+#include <QFile>
 #include <QPoint>
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QRegularExpression>
+#include <QSettings>
 #include <QSignalSpy>
+#include <QStandardPaths>
 #include <QString>
 #include <QStringList>
 #include <QTest>
 
 #include <functional>
+
+#include "ui/windowed_app.h"
 
 namespace quarrydex::test {
 
@@ -90,6 +96,25 @@ inline void settle(QQuickWindow* window) {
     QSignalSpy drawn(window, &QQuickWindow::frameSwapped);
     window->update();
     drawn.wait(2000);
+}
+
+// For a test process, before its application object exists: the offscreen platform unless
+// another is chosen, and the preferences and runtime files inside `home`, so no test reads or
+// changes the user's. Software rendering keeps pictures alike on every machine.
+inline void prepareQuickTestProcess(const QString& home) {
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
+    QDir(home).mkpath("config");
+    QDir(home).mkpath("runtime");
+    QFile::setPermissions(home + "/runtime",
+                          QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+    qputenv("XDG_CONFIG_HOME", (home + "/config").toUtf8());
+    qputenv("XDG_RUNTIME_DIR", (home + "/runtime").toUtf8());
+    QStandardPaths::setTestModeEnabled(true);
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, home + "/config");
+    quarrydex::ui::describeApplication();
+    QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
 }
 
 } // namespace quarrydex::test

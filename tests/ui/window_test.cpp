@@ -466,22 +466,9 @@ private Q_SLOTS:
 };
 
 int main(int argc, char** argv) {
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    }
     // Preferences, runtime files and the data store all live in temporary folders.
     QTemporaryDir home;
-    QDir(home.path()).mkpath("config");
-    QDir(home.path()).mkpath("runtime");
-    QFile::setPermissions(home.path() + "/runtime",
-                          QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
-    qputenv("XDG_CONFIG_HOME", (home.path() + "/config").toUtf8());
-    qputenv("XDG_RUNTIME_DIR", (home.path() + "/runtime").toUtf8());
-    QStandardPaths::setTestModeEnabled(true);
-    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, home.path() + "/config");
-    quarrydex::ui::describeApplication();
-    // Pictures of the window need no graphics card.
-    QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+    quarrydex::test::prepareQuickTestProcess(home.path());
 
     QGuiApplication app(argc, argv);
     quarrydex::ui::installKit();
