@@ -11,6 +11,8 @@
 #include "backup/restore_report.h"
 #include "store/stone_store.h"
 
+#include "bench/bench_collection.h"
+
 #include <chrono>
 #include <cstdint>
 #include <cstdio>
@@ -35,64 +37,6 @@ double secondsSince(Clock::time_point start) {
     return std::chrono::duration<double>(Clock::now() - start).count();
 }
 
-double peakMiB() {
-    rusage usage{};
-    ::getrusage(RUSAGE_SELF, &usage);
-    return static_cast<double>(usage.ru_maxrss) / 1024.0; // kilobytes on Linux
-}
-
-// Random-looking bytes, as JPEG data is: nothing for Base64 or the disk to take shortcuts on.
-void fillPhoto(std::string& bytes, std::uint64_t seed) {
-    std::uint64_t x = seed * 0x9E3779B97F4A7C15ull + 1;
-    for (std::size_t i = 0; i + 8 <= bytes.size(); i += 8) {
-        x ^= x << 13;
-        x ^= x >> 7;
-        x ^= x << 17;
-        std::memcpy(bytes.data() + i, &x, 8);
-    }
-}
-
-bool writeWhole(const fs::path& file, const std::string& bytes) {
-    int fd = ::open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
-    if (fd < 0) {
-        return false;
-    }
-    bool ok = ::write(fd, bytes.data(), bytes.size()) == static_cast<ssize_t>(bytes.size());
-    return ::close(fd) == 0 && ok;
-}
-
-// A store under dir/"data" with `items` pieces, each with its own photo file. The photo
-// files are written directly (the store's own path would fsync each one, which only
-// slows the setup down).
-bool setUp(const fs::path& dir, int items, std::size_t photoBytes) {
-    StoneStore store(dir / "data");
-    std::vector<CollectionEntry> entries;
-    std::string photo(photoBytes, '\0');
-    Timestamp start = Timestamp::now();
-    for (int i = 0; i < items; ++i) {
-        CollectionEntry entry;
-        entry.name = "Piece " + std::to_string(i);
-        entry.location = "Quarry road, bench " + std::to_string(i % 17);
-        entry.notes = "Collected for the backup benchmark.";
-        entry.specimenID = "quartz";
-        entry.confidence = 0.5;
-        entry.dateAdded = start.plusSeconds(-60.0 * i);
-        entry.photoFile = entry.id.text() + ".jpg";
-        fillPhoto(photo, static_cast<std::uint64_t>(i));
-        if (!writeWhole(store.photosFolder() / *entry.photoFile, photo)) {
-            std::fprintf(stderr, "cannot write a photo into %s\n", dir.c_str());
-            return false;
-        }
-        entries.push_back(std::move(entry));
-    }
-    store.merge(std::move(entries), {}, {"quartz"});
-    if (store.lastError()) {
-        std::fprintf(stderr, "%s\n", store.lastError()->c_str());
-        return false;
-    }
-    return true;
-}
-
 int phaseWrite(const fs::path& dir) {
     StoneStore store(dir / "data");
     Clock::time_point start = Clock::now();
@@ -106,7 +50,7 @@ int phaseWrite(const fs::path& dir) {
     fs::rename(*written, dir / "backup.json");
     std::printf(
         "write+verify: %zu items, %.1f MB archive in %.2f s = %.0f MB/s; peak RSS %.1f MiB\n",
-        store.collection().size(), mb, seconds, mb / seconds, peakMiB());
+        store.collection().size(), mb, seconds, mb / seconds, bench::peakMiB());
     return 0;
 }
 
@@ -133,7 +77,8 @@ int phaseRestore(const fs::path& dir) {
                 decodeSeconds, mb / decodeSeconds);
     std::printf("restore: %d items with photos in %.2f s; decode+restore %.2f s; peak RSS "
                 "%.1f MiB\n",
-                report.collectionAdded, restoreSeconds, decodeSeconds + restoreSeconds, peakMiB());
+                report.collectionAdded, restoreSeconds, decodeSeconds + restoreSeconds,
+                bench::peakMiB());
     return 0;
 }
 
@@ -195,8 +140,8 @@ int main(int argc, char** argv) {
     dir = pattern;
     std::printf("%d pieces with photos of %zu bytes in %s\n", items, photoBytes, dir.c_str());
     Clock::time_point start = Clock::now();
-    int status = setUp(dir, items, photoBytes) ? 0 : 1;
-    std::printf("setup: %.2f s; peak RSS %.1f MiB\n", secondsSince(start), peakMiB());
+    int status = bench::setUpCollection(dir, items, photoBytes) ? 0 : 1;
+    std::printf("setup: %.2f s; peak RSS %.1f MiB\n", secondsSince(start), bench::peakMiB());
     if (status == 0) {
         status = runPhase("/proc/self/exe", "write", dir);
     }

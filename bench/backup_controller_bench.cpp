@@ -18,7 +18,9 @@
 #include <QStandardPaths>
 #include <QTimer>
 
+#include "bench/bench_collection.h"
 #include <algorithm>
+
 #include <chrono>
 #include <cstdint>
 #include <cstdio>
@@ -36,56 +38,6 @@ using namespace quarrydex;
 namespace fs = std::filesystem;
 
 namespace {
-
-double peakMiB() {
-    rusage usage{};
-    ::getrusage(RUSAGE_SELF, &usage);
-    return static_cast<double>(usage.ru_maxrss) / 1024.0;
-}
-
-// Random-looking bytes, as JPEG data is.
-void fillPhoto(std::string& bytes, std::uint64_t seed) {
-    std::uint64_t x = seed * 0x9E3779B97F4A7C15ull + 1;
-    for (std::size_t i = 0; i + 8 <= bytes.size(); i += 8) {
-        x ^= x << 13;
-        x ^= x >> 7;
-        x ^= x << 17;
-        std::memcpy(bytes.data() + i, &x, 8);
-    }
-}
-
-bool writeWhole(const fs::path& file, const std::string& bytes) {
-    int fd = ::open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
-    if (fd < 0) {
-        return false;
-    }
-    bool ok = ::write(fd, bytes.data(), bytes.size()) == static_cast<ssize_t>(bytes.size());
-    return ::close(fd) == 0 && ok;
-}
-
-bool setUp(const fs::path& dir, int items, std::size_t photoBytes) {
-    StoneStore store(dir / "data");
-    std::vector<CollectionEntry> entries;
-    std::string photo(photoBytes, '\0');
-    Timestamp start = Timestamp::now();
-    for (int i = 0; i < items; ++i) {
-        CollectionEntry entry;
-        entry.name = "Piece " + std::to_string(i);
-        entry.location = "Quarry road, bench " + std::to_string(i % 17);
-        entry.notes = "Collected for the backup benchmark.";
-        entry.specimenID = "quartz";
-        entry.confidence = 0.5;
-        entry.dateAdded = start.plusSeconds(-60.0 * i);
-        entry.photoFile = entry.id.text() + ".jpg";
-        fillPhoto(photo, static_cast<std::uint64_t>(i));
-        if (!writeWhole(store.photosFolder() / *entry.photoFile, photo)) {
-            return false;
-        }
-        entries.push_back(std::move(entry));
-    }
-    store.merge(std::move(entries), {}, {"quartz"});
-    return !store.lastError();
-}
 
 int runBackup(const fs::path& dir, int argc, char** argv) {
     QCoreApplication app(argc, argv);
@@ -160,7 +112,7 @@ int runBackup(const fs::path& dir, int argc, char** argv) {
                 "%.2f s = %.0f MB/s of archive; peak RSS %.1f MiB; longest main-thread gap "
                 "%.1f ms (%.0f ms after the start; starting took %.1f ms); with nothing running "
                 "the longest gap was %.1f ms\n",
-                model.store().collection().size(), mb, seconds, mb / seconds, peakMiB(),
+                model.store().collection().size(), mb, seconds, mb / seconds, bench::peakMiB(),
                 static_cast<double>(longestGapNs) / 1e6, static_cast<double>(longestGapAtNs) / 1e6,
                 callMs, idleGapMs);
 
@@ -210,7 +162,7 @@ int runBackup(const fs::path& dir, int argc, char** argv) {
                 "%.2f s, together %.2f s; peak RSS %.1f MiB; longest main-thread gap %.1f ms "
                 "while reading, %.1f ms while moving in and merging\n",
                 fresh.store().collection().size(), readSeconds, writeSeconds,
-                readSeconds + writeSeconds, peakMiB(), readGapMs,
+                readSeconds + writeSeconds, bench::peakMiB(), readGapMs,
                 static_cast<double>(longestGapNs) / 1e6);
     return 0;
 }
@@ -239,7 +191,7 @@ int main(int argc, char** argv) {
     }
     const fs::path dir = pattern;
     std::printf("%d pieces with photos of %zu bytes in %s\n", items, photoBytes, dir.c_str());
-    if (!setUp(dir, items, photoBytes)) {
+    if (!bench::setUpCollection(dir, items, photoBytes)) {
         std::fprintf(stderr, "setup failed\n");
         fs::remove_all(dir);
         return 1;
