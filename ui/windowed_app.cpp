@@ -6,14 +6,17 @@
 #include "ui/help.h"
 #include "ui/icons.h"
 #include "ui/kit/kit_host.h"
+#include "ui/screenshotter.h"
 #include "ui/theme.h"
 #include "ui/thumbnail_provider.h"
 
+#include <QFile>
 #include <QGuiApplication>
 #include <QIcon>
 #include <QQmlApplicationEngine>
 #include <QQuickStyle>
 #include <QQuickWindow>
+#include <QTimer>
 #include <QtQml/qqml.h>
 
 #include <cstdlib>
@@ -161,7 +164,6 @@ int runWindowedApplication(const Launcher& launcher) {
     app.setWindowIcon(QIcon(QStringLiteral(":/Quarrydex/resources/quarrydex.svg")));
     installKit();
 
-    // "--screenshots" is accepted; the tour that uses it is not part of this build yet.
     auto library = std::make_shared<const SpecimenLibrary>(SpecimenLibrary::bundled());
     AppModel model(library, root);
     registerModel(&model);
@@ -183,6 +185,14 @@ int runWindowedApplication(const Launcher& launcher) {
     }
     reportFirstFrame(qobject_cast<QQuickWindow*>(engine.rootObjects().first()),
                      launcher.startedAt());
+
+    // "--screenshots FOLDER": the tour starts once the window has appeared and laid out.
+    if (auto folder = launcher.argument("--screenshots")) {
+        QTimer::singleShot(Screenshotter::startDelay, &app, [&model, folder = *folder] {
+            auto* tour = new Screenshotter(QFile::decodeName(folder.c_str()), model, &model);
+            tour->run();
+        });
+    }
     return app.exec();
 }
 
