@@ -4,9 +4,11 @@
 
 #include "app/app_model.h"
 #include "quick_test_support.h"
+#include "ui/branding_info.h"
 #include "ui/help.h"
 #include "ui/kit/kit_host.h"
 #include "ui/kit/vx_zoom.h"
+#include "ui/links.h"
 #include "ui/theme.h"
 #include "ui/windowed_app.h"
 
@@ -18,6 +20,7 @@
 #include <QQmlListReference>
 #include <QQuickItem>
 #include <QQuickWindow>
+#include <QScopeGuard>
 #include <QSettings>
 #include <QSignalSpy>
 #include <QStandardPaths>
@@ -124,6 +127,35 @@ private:
 
     void key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::ControlModifier) {
         QTest::keyClick(window_, key, modifiers);
+    }
+
+    // The help window, opened on `topic` and active.
+    QQuickWindow* openHelp(const QString& topic) {
+        QuarrydexHelp::instance()->show(topic);
+        auto* help = window_->findChild<QQuickWindow*>(QStringLiteral("helpWindow"));
+        if (help) {
+            help->requestActivate();
+            if (!QTest::qWaitForWindowActive(help)) {
+                return nullptr;
+            }
+            settle(help);
+        }
+        return help;
+    }
+
+    // The notice that `window` shows when a link it asked for couldn't be opened.
+    static QObject* linkNoticeOf(QQuickWindow* window) {
+        for (QObject* notice : window->findChildren<QObject*>(QStringLiteral("linkNotice"))) {
+            if (notice->property("host").value<QObject*>() == window) {
+                return notice;
+            }
+        }
+        return nullptr;
+    }
+
+    static QString linkNoticeText(QObject* notice) {
+        auto* content = notice->property("contentItem").value<QQuickItem*>();
+        return textOf(findItem(content, QStringLiteral("linkNoticeMessage")));
     }
 
     AppModel& model_;
@@ -316,6 +348,63 @@ private Q_SLOTS:
         QCOMPARE(help->property("topic").toInt(), 1);
         trigger(menuItem(QStringLiteral("Help"), QStringLiteral("Sample Photo Credits")));
         QCOMPARE(help->property("topic").toInt(), 9);
+    }
+
+    // Without a browser the window that asked says so, and the address is on the clipboard.
+    void a_link_that_cannot_be_opened_says_so_in_its_window() {
+        QStringList asked;
+        quarrydex::ui::Links::instance()->setOpener([&](const QUrl& url) {
+            asked << url.toString();
+            return false;
+        });
+        auto restore = qScopeGuard([] { quarrydex::ui::Links::instance()->setOpener(nullptr); });
+
+        QQuickWindow* help = openHelp(QStringLiteral("samples"));
+        QVERIFY(help);
+        QQuickItem* credit = nullptr;
+        QPointF at;
+        for (QQuickItem* block : findAll(help->contentItem(), QStringLiteral("chapterBlock"))) {
+            for (qreal x = 0; !credit && x < block->width(); x += 4) {
+                QString link;
+                QMetaObject::invokeMethod(block, "linkAt", Q_RETURN_ARG(QString, link),
+                                          Q_ARG(qreal, x), Q_ARG(qreal, 4.0));
+                if (link.startsWith(QStringLiteral("https://"))) {
+                    credit = block;
+                    at = QPointF(x, 4);
+                }
+            }
+            if (credit) {
+                break;
+            }
+        }
+        QVERIFY2(credit, "the credits show their addresses as links");
+        QTest::mouseClick(help, Qt::LeftButton, {}, credit->mapToScene(at).toPoint());
+        QCOMPARE(asked.size(), 1);
+        QObject* notice = linkNoticeOf(help);
+        QTRY_VERIFY(notice->property("opened").toBool());
+        QCOMPARE(linkNoticeText(notice), quarrydex::ui::Links::failureMessage(asked.first()));
+        QCOMPARE(QGuiApplication::clipboard()->text(), asked.first());
+        QVERIFY(!linkNoticeOf(window_)->property("opened").toBool());
+        QMetaObject::invokeMethod(notice, "close");
+        help->close();
+
+        window_->requestActivate();
+        QVERIFY(QTest::qWaitForWindowActive(window_));
+        trigger(menuItem(QStringLiteral("Help"), QStringLiteral("Visit Fernwick")));
+        QCOMPARE(asked.last(), quarrydex::ui::BrandingInfo::website());
+        QTRY_VERIFY(linkNoticeOf(window_)->property("opened").toBool());
+        QMetaObject::invokeMethod(linkNoticeOf(window_), "close");
+        QTRY_VERIFY(!linkNoticeOf(window_)->property("visible").toBool());
+
+        QQuickItem* footerLink = findItem(window_->contentItem(), QStringLiteral("websiteLink"));
+        QTest::mouseClick(window_, Qt::LeftButton, {}, centreOf(footerLink));
+        QCOMPARE(asked.size(), 3);
+        QTRY_VERIFY(linkNoticeOf(window_)->property("opened").toBool());
+        QTest::mouseClick(
+            window_, Qt::LeftButton, {},
+            centreOf(findItem(linkNoticeOf(window_)->property("contentItem").value<QQuickItem*>(),
+                              QStringLiteral("linkNoticeClose"))));
+        QTRY_VERIFY(!linkNoticeOf(window_)->property("visible").toBool());
     }
 
     // Ctrl+N and Ctrl+Shift+T reach the model; Ctrl+Shift+V pastes only an image.
