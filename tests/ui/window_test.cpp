@@ -350,6 +350,49 @@ private Q_SLOTS:
         QCOMPARE(help->property("topic").toInt(), 9);
     }
 
+    // The chapter list has the focus first; Tab moves it to the reading pane.
+    void the_help_chapters_follow_the_arrow_keys_and_the_text_scrolls_by_page() {
+        QQuickWindow* help = openHelp(QStringLiteral("welcome"));
+        QVERIFY(help);
+        QQuickItem* list = findItem(help->contentItem(), QStringLiteral("chapterList"));
+        QQuickItem* pane = findItem(help->contentItem(), QStringLiteral("readingPane"));
+        QTRY_VERIFY(list->hasActiveFocus());
+        auto title = [&] { return textOf(findItem(pane, QStringLiteral("chapterTitle"))); };
+
+        QTest::keyClick(help, Qt::Key_Up);
+        QCOMPARE(help->property("topic").toInt(), 0);
+        QTest::keyClick(help, Qt::Key_Down);
+        QCOMPARE(title(), QStringLiteral("Identifying a stone"));
+        QTest::keyClick(help, Qt::Key_Home);
+        QCOMPARE(title(), QStringLiteral("Welcome"));
+        QTest::keyClick(help, Qt::Key_End);
+        QCOMPARE(help->property("topic").toInt(), QuarrydexHelp::instance()->count() - 1);
+
+        // Every title is whole at the window's first size: wrapped, never cut.
+        for (QQuickItem* label : findAll(list, QStringLiteral("chapterRowTitle"))) {
+            QVERIFY2(label->parentItem()->height() >= label->property("contentHeight").toReal(),
+                     qPrintable(textOf(label)));
+        }
+
+        QTest::keyClick(help, Qt::Key_Tab);
+        QVERIFY(pane->hasActiveFocus());
+        settle(help);
+        const qreal bottom = pane->property("contentHeight").toReal() - pane->height();
+        QVERIFY(bottom > pane->height());
+        QTest::keyClick(help, Qt::Key_PageDown);
+        const qreal page = pane->property("contentY").toReal();
+        QVERIFY(page > pane->height() / 2 && page < bottom);
+        QTest::keyClick(help, Qt::Key_Down);
+        QVERIFY(pane->property("contentY").toReal() > page);
+        QTest::keyClick(help, Qt::Key_End);
+        QCOMPARE(pane->property("contentY").toReal(), bottom);
+        QTest::keyClick(help, Qt::Key_PageUp);
+        QVERIFY(pane->property("contentY").toReal() < bottom);
+        QTest::keyClick(help, Qt::Key_Home);
+        QCOMPARE(pane->property("contentY").toReal(), 0.0);
+        QCOMPARE(title(), QStringLiteral("Sample collection & credits"));
+    }
+
     // Without a browser the window that asked says so, and the address is on the clipboard.
     void a_link_that_cannot_be_opened_says_so_in_its_window() {
         QStringList asked;
