@@ -350,6 +350,38 @@ private Q_SLOTS:
         QCOMPARE(help->property("topic").toInt(), 9);
     }
 
+    // Tab reaches the section list; Up, Down, Home and End then act as clicks on the rows.
+    void the_sidebar_moves_with_the_arrow_keys_once_tabbed_into() {
+        QQuickItem* list = findItem(window_->contentItem(), QStringLiteral("sidebarList"));
+        for (int tabs = 0; tabs < 60 && !list->hasActiveFocus(); ++tabs) {
+            key(Qt::Key_Tab, Qt::NoModifier);
+        }
+        QVERIFY(list->hasActiveFocus());
+        model_.setDemoDetail(QStringLiteral("quartz"));
+
+        key(Qt::Key_Down, Qt::NoModifier);
+        QCOMPARE(model_.section(), QStringLiteral("library"));
+        QVERIFY(model_.demoDetail().isEmpty());
+        QQuickItem* row = findItem(list, QStringLiteral("sidebarRow_library"));
+        QVERIFY(row->property("selected").toBool() && row->property("focused").toBool());
+        for (int i = 2; i < kSections.size(); ++i) {
+            key(Qt::Key_Down, Qt::NoModifier);
+            QCOMPARE(model_.section(), kSections[i]);
+        }
+        key(Qt::Key_Down, Qt::NoModifier);
+        QCOMPARE(model_.section(), QStringLiteral("about"));
+        key(Qt::Key_Home, Qt::NoModifier);
+        QCOMPARE(model_.section(), QStringLiteral("identify"));
+        key(Qt::Key_Up, Qt::NoModifier);
+        QCOMPARE(model_.section(), QStringLiteral("identify"));
+        key(Qt::Key_End, Qt::NoModifier);
+        key(Qt::Key_Up, Qt::NoModifier);
+        QCOMPARE(model_.section(), QStringLiteral("backup"));
+        QVERIFY(list->hasActiveFocus());
+        QCOMPARE(textOf(findItem(detailScreen(), QStringLiteral("screenTitle"))),
+                 QStringLiteral("Backup"));
+    }
+
     // The chapter list has the focus first; Tab moves it to the reading pane.
     void the_help_chapters_follow_the_arrow_keys_and_the_text_scrolls_by_page() {
         QQuickWindow* help = openHelp(QStringLiteral("welcome"));
@@ -602,6 +634,51 @@ private Q_SLOTS:
             QTest::keyClick(window_, Qt::Key_Escape);
             QTest::qWait(50);
         }
+    }
+
+    // Pictures of the help window (a numbered list, the credits) and of the sidebar with the
+    // keyboard in it, in three themes at 100 % and 200 %, into QUARRYDEX_SCREENSHOT_DIR.
+    void screenshots_of_help_and_the_focused_sidebar() {
+        const QString folder = qEnvironmentVariable("QUARRYDEX_SCREENSHOT_DIR");
+        if (folder.isEmpty()) {
+            QSKIP("set QUARRYDEX_SCREENSHOT_DIR to a folder to take screenshots");
+        }
+        QDir().mkpath(folder);
+        for (const QString theme : {"malachite", "obsidian", "hematite"}) {
+            Theme::instance()->setThemeID(theme);
+            for (int zoom : {100, 200}) {
+                VxZoom::instance()->setLevel(zoom);
+                const QString suffix = QStringLiteral("-%1-%2.png").arg(theme).arg(zoom);
+                window_->requestActivate();
+                QVERIFY(QTest::qWaitForWindowActive(window_));
+                findItem(window_->contentItem(), QStringLiteral("sidebarList"))
+                    ->forceActiveFocus(Qt::TabFocusReason);
+                model_.setSection(QStringLiteral("favorites"));
+                settle(window_);
+                QVERIFY(window_->grabWindow().save(folder + "/sidebar" + suffix));
+                for (const QString topic : {"welcome", "samples"}) {
+                    QQuickWindow* help = openHelp(topic);
+                    QVERIFY(help);
+                    QVERIFY(help->grabWindow().save(folder + "/help-" + topic + suffix));
+                }
+                QTest::keyClick(window_->findChild<QQuickWindow*>("helpWindow"), Qt::Key_Tab);
+                settle(window_->findChild<QQuickWindow*>("helpWindow"));
+                QVERIFY(window_->findChild<QQuickWindow*>("helpWindow")
+                            ->grabWindow()
+                            .save(folder + "/help-pane" + suffix));
+                quarrydex::ui::Links::instance()->setOpener([](const QUrl&) { return false; });
+                quarrydex::ui::Links::instance()->open(
+                    QUrl(quarrydex::ui::BrandingInfo::website()),
+                    window_->findChild<QQuickWindow*>("helpWindow"));
+                quarrydex::ui::Links::instance()->setOpener(nullptr);
+                QTest::qWait(100);
+                QVERIFY(window_->findChild<QQuickWindow*>("helpWindow")
+                            ->grabWindow()
+                            .save(folder + "/help-notice" + suffix));
+                window_->findChild<QQuickWindow*>("helpWindow")->close();
+            }
+        }
+        VxZoom::instance()->setLevel(100);
     }
 
     void closing_the_main_window_quits() {
