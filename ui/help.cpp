@@ -1,34 +1,11 @@
 #include "ui/help.h"
 
 #include "samples/sample_set.h"
+#include "ui/help_block.h"
 
 #include <QJSEngine>
-#include <QRegularExpression>
-#include <QStringList>
 
 namespace quarrydex::ui {
-
-QString styledHelpText(const QString& text) {
-    // A paragraph or line that opens with words in capitals ("SCRATCH HARDNESS:",
-    // "NEW TO QUARRYDEX?", "LIBRARY lists") shows them in bold.
-    static const QRegularExpression lead(
-        QStringLiteral("^([A-Z][A-Z'&]+(?: [A-Z][A-Z'&]+)*[:?]?)(?=\\s|$)"));
-    QStringList paragraphs;
-    for (const QString& paragraph : text.split(QStringLiteral("\n\n"))) {
-        QStringList lines;
-        for (const QString& line : paragraph.split(QLatin1Char('\n'))) {
-            QString escaped = line.toHtmlEscaped();
-            QRegularExpressionMatch match = lead.match(escaped);
-            if (match.hasMatch()) {
-                escaped.replace(0, match.capturedLength(1),
-                                QStringLiteral("<b>%1</b>").arg(match.captured(1)));
-            }
-            lines.append(escaped);
-        }
-        paragraphs.append(lines.join(QStringLiteral("<br>")));
-    }
-    return paragraphs.join(QStringLiteral("<br><br>"));
-}
 
 HelpChapterModel::HelpChapterModel(std::vector<HelpChapter> chapters, QObject* parent)
     : QAbstractListModel(parent), chapters_(std::move(chapters)) {}
@@ -109,7 +86,7 @@ QVariantMap QuarrydexHelp::chapter(int index) const {
             {"title", c.title},
             {"symbol", c.symbol},
             {"text", c.text},
-            {"styledText", styledHelpText(c.text)}};
+            {"blocks", helpBlockList(c.text)}};
 }
 
 void QuarrydexHelp::show(const QString& topic) {

@@ -16,8 +16,8 @@ class QJSEngine;
 
 namespace quarrydex::ui {
 
-// Body text is plain: blank lines between paragraphs, "• " bullets, and UPPER-CASE lead
-// words that the reading pane shows in bold.
+// Body text is plain (see help_block.h): blank lines between paragraphs, "• " bullets, "1. "
+// steps, and UPPER-CASE lead words that the reading pane shows in bold.
 struct HelpChapter {
     QString id;
     QString title;
@@ -29,8 +29,6 @@ struct HelpChapter {
 std::vector<HelpChapter> baseHelpChapters();
 // Built from the sample set's credit blocks; none means this copy has no sample photos.
 HelpChapter samplesHelpChapter(const std::optional<std::string>& credits);
-// The body as Qt styled text: escaped, paragraphs and bullets kept, lead words in bold.
-QString styledHelpText(const QString& text);
 
 // The chapters as a list model: roles id, title, symbol, text.
 class HelpChapterModel : public QAbstractListModel {
@@ -74,7 +72,8 @@ public:
 
     // Position of the chapter with this id; 0 (Welcome) when there is none.
     Q_INVOKABLE int indexOf(const QString& id) const;
-    // id, title, symbol, text and styledText of one chapter; empty outside the range.
+    // id, title, symbol, text and blocks (see helpBlockList) of one chapter; empty outside the
+    // range.
     Q_INVOKABLE QVariantMap chapter(int index) const;
     // Opens the help window on `topic` (a chapter id; anything else opens Welcome).
     Q_INVOKABLE void show(const QString& topic);

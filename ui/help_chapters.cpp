@@ -18,20 +18,21 @@ const char* const welcomeText =
     "anywhere.\n"
     "\n"
     "QUICK START\n"
-    "• 1. Pick a section in the sidebar on the left: Identify, Library and Favorites under "
+    "1. Pick a section in the sidebar on the left: Identify, Library and Favorites under "
     "Find; My Collection, History and Backup under Mine; About & Help under Help. Ctrl+1 to "
-    "Ctrl+7 jump to them in that order.\n"
-    "• 2. Give Quarrydex a photo of your stone: File > Choose Photo… (Ctrl+O), Edit > Paste "
+    "Ctrl+7 jump to them in that order. In the sidebar itself (press Tab to get there), Up "
+    "and Down move between them.\n"
+    "2. Give Quarrydex a photo of your stone: File > Choose Photo… (Ctrl+O), Edit > Paste "
     "Photo (Ctrl+Shift+V) or File > Take Photo with Camera… (Ctrl+Shift+T). You can also drop "
     "a picture onto the Identify screen.\n"
-    "• 3. Answer any of the guided questions on the Identify screen: color, luster, shape, "
+    "3. Answer any of the guided questions on the Identify screen: color, luster, shape, "
     "scratch hardness, streak, weight, magnet and vinegar. Every answer narrows the list of "
     "matches far more than the photo can.\n"
-    "• 4. When you are happy with a match, add the stone to My Collection with your photo, "
+    "4. When you are happy with a match, add the stone to My Collection with your photo, "
     "where you found it and your notes.\n"
     "\n"
-    "WHO MAKES IT: Orlo Quarrydex is designed and published by Fernwick. See \"About Orlo\" "
-    "at the end of this list.";
+    "WHO MAKES IT: Orlo Quarrydex is designed and published by Fernwick. See \"About Orlo\", "
+    "the next to last chapter in the list.";
 
 const char* const identifyText =
     "Quarrydex does NOT use an AI image model. Your photo gives it exactly one clue: the "
@@ -202,14 +203,18 @@ QString aboutText() {
     return QStringLiteral(
                "Orlo Quarrydex is designed and published by %1. This is version %2 (build %3).\n"
                "\n"
-               "WEBSITE: %4. Help > Visit %1 opens it in your web browser.\n"
+               "WEBSITE: %4. Help > Visit %1 opens it in your web browser; when no browser "
+               "opens, the address is copied to the clipboard.\n"
                "\n"
-               "HELP is always in the Help menu: Help > Orlo Quarrydex Help (F1) opens this "
-               "window, and Help > How Identification Works goes straight to the chapter on "
-               "identifying. The About & Help section of the sidebar lists the same chapters.\n"
+               "HELP is always in the Help menu: Help > Orlo Quarrydex Help (F1 or Ctrl+?) "
+               "opens this window, and Help > How Identification Works goes straight to the "
+               "chapter on identifying. The About & Help section of the sidebar lists the same "
+               "chapters. In this window, Up and Down pick a chapter; Tab moves to the text, "
+               "which Up, Down, Page Up and Page Down scroll.\n"
                "\n"
                "THE SAMPLE PHOTOS are the work of photographers who share them under free "
-               "licences; their names are in the last chapter.")
+               "licences; their names are in the last chapter, \"Sample collection & "
+               "credits\".")
         .arg(fromView(Branding::company), fromView(Branding::version), fromView(Branding::build),
              fromView(Branding::websiteText));
 }

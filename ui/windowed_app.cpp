@@ -85,7 +85,8 @@ std::filesystem::path dataRoot(const Launcher& launcher) {
 void describeApplication() {
     QGuiApplication::setOrganizationName(QStringLiteral("Fernwick"));
     QGuiApplication::setApplicationName(QStringLiteral("Quarrydex"));
-    QGuiApplication::setApplicationDisplayName(QStringLiteral("Orlo Quarrydex"));
+    // No display name: Qt would append it to every window title that doesn't end with it,
+    // and each window names itself in full ("Orlo Quarrydex", "Orlo Quarrydex Help").
     QGuiApplication::setDesktopFileName(QString::fromUtf8(applicationID));
 }
 

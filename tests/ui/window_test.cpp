@@ -4,9 +4,11 @@
 
 #include "app/app_model.h"
 #include "quick_test_support.h"
+#include "ui/branding_info.h"
 #include "ui/help.h"
 #include "ui/kit/kit_host.h"
 #include "ui/kit/vx_zoom.h"
+#include "ui/links.h"
 #include "ui/theme.h"
 #include "ui/windowed_app.h"
 
@@ -18,6 +20,7 @@
 #include <QQmlListReference>
 #include <QQuickItem>
 #include <QQuickWindow>
+#include <QScopeGuard>
 #include <QSettings>
 #include <QSignalSpy>
 #include <QStandardPaths>
@@ -41,6 +44,20 @@ namespace {
 // The sections in sidebar order, which is also the order of Ctrl+1..7.
 const QStringList kSections = {"identify", "library", "favorites", "collection",
                                "history",  "backup",  "about"};
+
+// The title the window system shows: Qt's platform window appends the application's display
+// name to a title that doesn't end with it, but only when one was set, which
+// applicationDisplayName() can't tell by itself (it falls back to the application name).
+QString shownTitle(const QWindow* window) {
+    const QString name = QGuiApplication::applicationName();
+    QGuiApplication::setApplicationName(name + QStringLiteral(".probe"));
+    const bool displayNameSet = QGuiApplication::applicationDisplayName() != name + ".probe";
+    QGuiApplication::setApplicationName(name);
+    const QString display = QGuiApplication::applicationDisplayName();
+    return displayNameSet && !window->title().endsWith(display)
+               ? window->title() + QStringLiteral(" \u2014 ") + display
+               : window->title();
+}
 
 bool libraryIsBroken() {
     return qEnvironmentVariableIsSet("QUARRYDEX_TEST_LIBRARY_ERROR");
@@ -112,6 +129,35 @@ private:
         QTest::keyClick(window_, key, modifiers);
     }
 
+    // The help window, opened on `topic` and active.
+    QQuickWindow* openHelp(const QString& topic) {
+        QuarrydexHelp::instance()->show(topic);
+        auto* help = window_->findChild<QQuickWindow*>(QStringLiteral("helpWindow"));
+        if (help) {
+            help->requestActivate();
+            if (!QTest::qWaitForWindowActive(help)) {
+                return nullptr;
+            }
+            settle(help);
+        }
+        return help;
+    }
+
+    // The notice that `window` shows when a link it asked for couldn't be opened.
+    static QObject* linkNoticeOf(QQuickWindow* window) {
+        for (QObject* notice : window->findChildren<QObject*>(QStringLiteral("linkNotice"))) {
+            if (notice->property("host").value<QObject*>() == window) {
+                return notice;
+            }
+        }
+        return nullptr;
+    }
+
+    static QString linkNoticeText(QObject* notice) {
+        auto* content = notice->property("contentItem").value<QQuickItem*>();
+        return textOf(findItem(content, QStringLiteral("linkNoticeMessage")));
+    }
+
     AppModel& model_;
     std::unique_ptr<QQmlApplicationEngine> engine_;
     QQuickWindow* window_ = nullptr;
@@ -154,7 +200,7 @@ private Q_SLOTS:
     }
 
     void the_window_opens_titled_without_warnings() {
-        QCOMPARE(window_->title(), QStringLiteral("Orlo Quarrydex"));
+        QCOMPARE(shownTitle(window_), QStringLiteral("Orlo Quarrydex"));
         QVERIFY(findItem(window_->contentItem(), QStringLiteral("sidebar")));
         QCOMPARE(textOf(findItem(detailScreen(), QStringLiteral("screenTitle"))),
                  QStringLiteral("Identify"));
@@ -281,7 +327,7 @@ private Q_SLOTS:
 
         QuarrydexHelp::instance()->show(QStringLiteral("samples"));
         QVERIFY(help->isVisible());
-        QCOMPARE(help->title(), QStringLiteral("Orlo Quarrydex Help"));
+        QCOMPARE(shownTitle(help), QStringLiteral("Orlo Quarrydex Help"));
         QCOMPARE(help->property("topic").toInt(), QuarrydexHelp::instance()->count() - 1);
         QTRY_COMPARE(textOf(findItem(help->contentItem(), QStringLiteral("chapterTitle"))),
                      QStringLiteral("Sample collection & credits"));
@@ -302,6 +348,138 @@ private Q_SLOTS:
         QCOMPARE(help->property("topic").toInt(), 1);
         trigger(menuItem(QStringLiteral("Help"), QStringLiteral("Sample Photo Credits")));
         QCOMPARE(help->property("topic").toInt(), 9);
+    }
+
+    // Tab reaches the section list; Up, Down, Home and End then act as clicks on the rows.
+    void the_sidebar_moves_with_the_arrow_keys_once_tabbed_into() {
+        QQuickItem* list = findItem(window_->contentItem(), QStringLiteral("sidebarList"));
+        for (int tabs = 0; tabs < 60 && !list->hasActiveFocus(); ++tabs) {
+            key(Qt::Key_Tab, Qt::NoModifier);
+        }
+        QVERIFY(list->hasActiveFocus());
+        model_.setDemoDetail(QStringLiteral("quartz"));
+
+        key(Qt::Key_Down, Qt::NoModifier);
+        QCOMPARE(model_.section(), QStringLiteral("library"));
+        QVERIFY(model_.demoDetail().isEmpty());
+        QQuickItem* row = findItem(list, QStringLiteral("sidebarRow_library"));
+        QVERIFY(row->property("selected").toBool() && row->property("focused").toBool());
+        for (int i = 2; i < kSections.size(); ++i) {
+            key(Qt::Key_Down, Qt::NoModifier);
+            QCOMPARE(model_.section(), kSections[i]);
+        }
+        key(Qt::Key_Down, Qt::NoModifier);
+        QCOMPARE(model_.section(), QStringLiteral("about"));
+        key(Qt::Key_Home, Qt::NoModifier);
+        QCOMPARE(model_.section(), QStringLiteral("identify"));
+        key(Qt::Key_Up, Qt::NoModifier);
+        QCOMPARE(model_.section(), QStringLiteral("identify"));
+        key(Qt::Key_End, Qt::NoModifier);
+        key(Qt::Key_Up, Qt::NoModifier);
+        QCOMPARE(model_.section(), QStringLiteral("backup"));
+        QVERIFY(list->hasActiveFocus());
+        QCOMPARE(textOf(findItem(detailScreen(), QStringLiteral("screenTitle"))),
+                 QStringLiteral("Backup"));
+    }
+
+    // The chapter list has the focus first; Tab moves it to the reading pane.
+    void the_help_chapters_follow_the_arrow_keys_and_the_text_scrolls_by_page() {
+        QQuickWindow* help = openHelp(QStringLiteral("welcome"));
+        QVERIFY(help);
+        QQuickItem* list = findItem(help->contentItem(), QStringLiteral("chapterList"));
+        QQuickItem* pane = findItem(help->contentItem(), QStringLiteral("readingPane"));
+        QTRY_VERIFY(list->hasActiveFocus());
+        auto title = [&] { return textOf(findItem(pane, QStringLiteral("chapterTitle"))); };
+
+        QTest::keyClick(help, Qt::Key_Up);
+        QCOMPARE(help->property("topic").toInt(), 0);
+        QTest::keyClick(help, Qt::Key_Down);
+        QCOMPARE(title(), QStringLiteral("Identifying a stone"));
+        QTest::keyClick(help, Qt::Key_Home);
+        QCOMPARE(title(), QStringLiteral("Welcome"));
+        QTest::keyClick(help, Qt::Key_End);
+        QCOMPARE(help->property("topic").toInt(), QuarrydexHelp::instance()->count() - 1);
+
+        // Every title is whole at the window's first size: wrapped, never cut.
+        for (QQuickItem* label : findAll(list, QStringLiteral("chapterRowTitle"))) {
+            QVERIFY2(label->parentItem()->height() >= label->property("contentHeight").toReal(),
+                     qPrintable(textOf(label)));
+        }
+
+        QTest::keyClick(help, Qt::Key_Tab);
+        QVERIFY(pane->hasActiveFocus());
+        settle(help);
+        const qreal bottom = pane->property("contentHeight").toReal() - pane->height();
+        QVERIFY(bottom > pane->height());
+        QTest::keyClick(help, Qt::Key_PageDown);
+        const qreal page = pane->property("contentY").toReal();
+        QVERIFY(page > pane->height() / 2 && page < bottom);
+        QTest::keyClick(help, Qt::Key_Down);
+        QVERIFY(pane->property("contentY").toReal() > page);
+        QTest::keyClick(help, Qt::Key_End);
+        QCOMPARE(pane->property("contentY").toReal(), bottom);
+        QTest::keyClick(help, Qt::Key_PageUp);
+        QVERIFY(pane->property("contentY").toReal() < bottom);
+        QTest::keyClick(help, Qt::Key_Home);
+        QCOMPARE(pane->property("contentY").toReal(), 0.0);
+        QCOMPARE(title(), QStringLiteral("Sample collection & credits"));
+    }
+
+    // Without a browser the window that asked says so, and the address is on the clipboard.
+    void a_link_that_cannot_be_opened_says_so_in_its_window() {
+        QStringList asked;
+        quarrydex::ui::Links::instance()->setOpener([&](const QUrl& url) {
+            asked << url.toString();
+            return false;
+        });
+        auto restore = qScopeGuard([] { quarrydex::ui::Links::instance()->setOpener(nullptr); });
+
+        QQuickWindow* help = openHelp(QStringLiteral("samples"));
+        QVERIFY(help);
+        QQuickItem* credit = nullptr;
+        QPointF at;
+        for (QQuickItem* block : findAll(help->contentItem(), QStringLiteral("chapterBlock"))) {
+            for (qreal x = 0; !credit && x < block->width(); x += 4) {
+                QString link;
+                QMetaObject::invokeMethod(block, "linkAt", Q_RETURN_ARG(QString, link),
+                                          Q_ARG(qreal, x), Q_ARG(qreal, 4.0));
+                if (link.startsWith(QStringLiteral("https://"))) {
+                    credit = block;
+                    at = QPointF(x, 4);
+                }
+            }
+            if (credit) {
+                break;
+            }
+        }
+        QVERIFY2(credit, "the credits show their addresses as links");
+        QTest::mouseClick(help, Qt::LeftButton, {}, credit->mapToScene(at).toPoint());
+        QCOMPARE(asked.size(), 1);
+        QObject* notice = linkNoticeOf(help);
+        QTRY_VERIFY(notice->property("opened").toBool());
+        QCOMPARE(linkNoticeText(notice), quarrydex::ui::Links::failureMessage(asked.first()));
+        QCOMPARE(QGuiApplication::clipboard()->text(), asked.first());
+        QVERIFY(!linkNoticeOf(window_)->property("opened").toBool());
+        QMetaObject::invokeMethod(notice, "close");
+        help->close();
+
+        window_->requestActivate();
+        QVERIFY(QTest::qWaitForWindowActive(window_));
+        trigger(menuItem(QStringLiteral("Help"), QStringLiteral("Visit Fernwick")));
+        QCOMPARE(asked.last(), quarrydex::ui::BrandingInfo::website());
+        QTRY_VERIFY(linkNoticeOf(window_)->property("opened").toBool());
+        QMetaObject::invokeMethod(linkNoticeOf(window_), "close");
+        QTRY_VERIFY(!linkNoticeOf(window_)->property("visible").toBool());
+
+        QQuickItem* footerLink = findItem(window_->contentItem(), QStringLiteral("websiteLink"));
+        QTest::mouseClick(window_, Qt::LeftButton, {}, centreOf(footerLink));
+        QCOMPARE(asked.size(), 3);
+        QTRY_VERIFY(linkNoticeOf(window_)->property("opened").toBool());
+        QTest::mouseClick(
+            window_, Qt::LeftButton, {},
+            centreOf(findItem(linkNoticeOf(window_)->property("contentItem").value<QQuickItem*>(),
+                              QStringLiteral("linkNoticeClose"))));
+        QTRY_VERIFY(!linkNoticeOf(window_)->property("visible").toBool());
     }
 
     // Ctrl+N and Ctrl+Shift+T reach the model; Ctrl+Shift+V pastes only an image.
@@ -456,6 +634,51 @@ private Q_SLOTS:
             QTest::keyClick(window_, Qt::Key_Escape);
             QTest::qWait(50);
         }
+    }
+
+    // Pictures of the help window (a numbered list, the credits) and of the sidebar with the
+    // keyboard in it, in three themes at 100 % and 200 %, into QUARRYDEX_SCREENSHOT_DIR.
+    void screenshots_of_help_and_the_focused_sidebar() {
+        const QString folder = qEnvironmentVariable("QUARRYDEX_SCREENSHOT_DIR");
+        if (folder.isEmpty()) {
+            QSKIP("set QUARRYDEX_SCREENSHOT_DIR to a folder to take screenshots");
+        }
+        QDir().mkpath(folder);
+        for (const QString theme : {"malachite", "obsidian", "hematite"}) {
+            Theme::instance()->setThemeID(theme);
+            for (int zoom : {100, 200}) {
+                VxZoom::instance()->setLevel(zoom);
+                const QString suffix = QStringLiteral("-%1-%2.png").arg(theme).arg(zoom);
+                window_->requestActivate();
+                QVERIFY(QTest::qWaitForWindowActive(window_));
+                findItem(window_->contentItem(), QStringLiteral("sidebarList"))
+                    ->forceActiveFocus(Qt::TabFocusReason);
+                model_.setSection(QStringLiteral("favorites"));
+                settle(window_);
+                QVERIFY(window_->grabWindow().save(folder + "/sidebar" + suffix));
+                for (const QString topic : {"welcome", "samples"}) {
+                    QQuickWindow* help = openHelp(topic);
+                    QVERIFY(help);
+                    QVERIFY(help->grabWindow().save(folder + "/help-" + topic + suffix));
+                }
+                QTest::keyClick(window_->findChild<QQuickWindow*>("helpWindow"), Qt::Key_Tab);
+                settle(window_->findChild<QQuickWindow*>("helpWindow"));
+                QVERIFY(window_->findChild<QQuickWindow*>("helpWindow")
+                            ->grabWindow()
+                            .save(folder + "/help-pane" + suffix));
+                quarrydex::ui::Links::instance()->setOpener([](const QUrl&) { return false; });
+                quarrydex::ui::Links::instance()->open(
+                    QUrl(quarrydex::ui::BrandingInfo::website()),
+                    window_->findChild<QQuickWindow*>("helpWindow"));
+                quarrydex::ui::Links::instance()->setOpener(nullptr);
+                QTest::qWait(100);
+                QVERIFY(window_->findChild<QQuickWindow*>("helpWindow")
+                            ->grabWindow()
+                            .save(folder + "/help-notice" + suffix));
+                window_->findChild<QQuickWindow*>("helpWindow")->close();
+            }
+        }
+        VxZoom::instance()->setLevel(100);
     }
 
     void closing_the_main_window_quits() {

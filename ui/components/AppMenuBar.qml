@@ -133,7 +133,7 @@ MenuBar {
         }
         Action {
             text: qsTr("Visit %1").arg(Branding.company)
-            onTriggered: Qt.openUrlExternally(Branding.website)
+            onTriggered: Links.open(Branding.website, bar)
         }
         MenuSeparator {}
         Action {

@@ -2,7 +2,8 @@ import QtQuick
 import QtQuick.Layouts
 import Quarrydex
 
-// A help chapter in a list: its symbol and title.
+// A help chapter in a list: its symbol and title, wrapped rather than cut when the list is
+// narrow. `focused` outlines the row that the keyboard moves.
 Rectangle {
     id: row
 
@@ -11,14 +12,17 @@ Rectangle {
     required property string chapterID
     required property int index
     property bool selected: false
+    property bool focused: false
     property bool showsChevron: false
 
     signal activated()
 
     objectName: "chapterRow_" + chapterID
-    implicitHeight: Theme.rowHeight
+    implicitHeight: Math.max(Theme.rowHeight, label.implicitHeight + 2 * Theme.spacing)
     radius: Theme.spacing
     color: selected ? Theme.selection : mouse.containsMouse ? Theme.hover : Theme.clear
+    border.width: focused ? Theme.unit : 0
+    border.color: Theme.accent
 
     RowLayout {
         anchors.fill: parent
@@ -32,11 +36,13 @@ Rectangle {
             Layout.preferredWidth: Theme.iconSize + Theme.spacingSmall
         }
         Text {
+            id: label
+            objectName: "chapterRowTitle"
             text: row.title
             color: Theme.text
             font.pixelSize: Theme.fontBody
             font.weight: row.selected ? Font.DemiBold : Font.Normal
-            elide: Text.ElideRight
+            wrapMode: Text.WordWrap
             Layout.fillWidth: true
         }
         SymbolIcon {
@@ -55,4 +61,5 @@ Rectangle {
 
     Accessible.role: Accessible.ListItem
     Accessible.name: title
+    Accessible.selected: selected
 }

@@ -3,12 +3,23 @@ import QtQuick.Controls
 import QtQuick.Layouts
 import Quarrydex
 
-// The chapter list beside the reading pane of the selected chapter.
+// The chapter list beside the reading pane of the selected chapter. From the keyboard: the
+// list takes the focus first and Up, Down, Home and End pick a chapter; Tab moves to the
+// reading pane, which scrolls with Up, Down, Page Up, Page Down, Home and End.
 Item {
     id: view
 
     property int topic: 0
     readonly property var chapter: QuarrydexHelp.chapter(topic)
+
+    function pick(index) {
+        view.topic = Math.max(0, Math.min(chapters.count - 1, index))
+    }
+
+    // Scrolls the reading pane to `y`, kept within its content.
+    function scrollTo(y) {
+        pane.contentY = Math.max(0, Math.min(pane.contentHeight - pane.height, y))
+    }
 
     RowLayout {
         anchors.fill: parent
@@ -26,6 +37,9 @@ Item {
                 anchors.topMargin: Theme.spacingLarge
                 model: QuarrydexHelp.chapters
                 currentIndex: view.topic
+                focus: true
+                activeFocusOnTab: true
+                keyNavigationEnabled: false
                 clip: true
                 spacing: Theme.spacingSmall / 2
                 boundsBehavior: Flickable.StopAtBounds
@@ -33,7 +47,21 @@ Item {
                     x: Theme.spacing
                     width: ListView.view.width - 2 * Theme.spacing
                     selected: index === view.topic
-                    onActivated: view.topic = index
+                    focused: selected && chapters.activeFocus
+                    onActivated: {
+                        view.topic = index
+                        chapters.forceActiveFocus()
+                    }
+                }
+                onCurrentIndexChanged: positionViewAtIndex(currentIndex, ListView.Contain)
+
+                Keys.onUpPressed: view.pick(view.topic - 1)
+                Keys.onDownPressed: view.pick(view.topic + 1)
+                Keys.onPressed: (event) => {
+                    if (event.key === Qt.Key_Home || event.key === Qt.Key_End) {
+                        view.pick(event.key === Qt.Key_Home ? 0 : count - 1)
+                        event.accepted = true
+                    }
                 }
                 Accessible.role: Accessible.List
                 Accessible.name: qsTr("Chapters")
@@ -49,6 +77,9 @@ Item {
         Flickable {
             id: pane
             objectName: "readingPane"
+            readonly property real lineStep: Theme.fontBody * 3
+
+            activeFocusOnTab: true
             clip: true
             contentHeight: reading.implicitHeight + 2 * Theme.margin
             boundsBehavior: Flickable.StopAtBounds
@@ -58,15 +89,32 @@ Item {
                 policy: pane.contentHeight > pane.height ? ScrollBar.AlwaysOn : ScrollBar.AsNeeded
             }
 
+            Keys.onUpPressed: view.scrollTo(pane.contentY - lineStep)
+            Keys.onDownPressed: view.scrollTo(pane.contentY + lineStep)
+            Keys.onPressed: (event) => {
+                const page = pane.height - lineStep
+                switch (event.key) {
+                case Qt.Key_PageUp: view.scrollTo(pane.contentY - page); break
+                case Qt.Key_PageDown: view.scrollTo(pane.contentY + page); break
+                case Qt.Key_Home: view.scrollTo(0); break
+                case Qt.Key_End: view.scrollTo(pane.contentHeight); break
+                default: return
+                }
+                event.accepted = true
+            }
+            Accessible.role: Accessible.Document
+            Accessible.name: view.chapter.title || ""
+
             ColumnLayout {
                 id: reading
                 x: Theme.margin
                 y: Theme.margin
                 width: Math.min(pane.width - 2 * Theme.margin, Theme.readingWidth)
-                spacing: Theme.spacingLarge
+                spacing: 0
 
                 RowLayout {
                     spacing: Theme.spacing
+                    Layout.bottomMargin: Theme.spacingSmall
                     SymbolIcon {
                         symbol: view.chapter.symbol || ""
                         size: Theme.fontTitle + Theme.spacingSmall
@@ -82,16 +130,57 @@ Item {
                         Layout.fillWidth: true
                     }
                 }
-                Text {
-                    objectName: "chapterText"
-                    text: view.chapter.styledText || ""
-                    textFormat: Text.StyledText
-                    color: Theme.text
-                    font.pixelSize: Theme.fontBody
-                    lineHeight: 1.25
-                    wrapMode: Text.WordWrap
-                    Layout.fillWidth: true
+
+                // Lines and list items; a list item's marker hangs left of its text.
+                Repeater {
+                    model: view.chapter.blocks || []
+                    delegate: RowLayout {
+                        required property var modelData
+                        required property int index
+                        spacing: Theme.spacing
+                        Layout.fillWidth: true
+                        Layout.topMargin: modelData.opensParagraph ? Theme.spacingLarge
+                                                                   : Theme.spacingSmall
+
+                        Text {
+                            visible: modelData.marker !== ""
+                            text: modelData.marker
+                            color: Theme.textMuted
+                            font.pixelSize: Theme.fontBody
+                            lineHeight: 1.25
+                            horizontalAlignment: Text.AlignRight
+                            Layout.preferredWidth: Theme.fontBody * 1.5
+                            Layout.alignment: Qt.AlignTop
+                        }
+                        Text {
+                            objectName: "chapterBlock"
+                            text: modelData.text
+                            textFormat: Text.StyledText
+                            color: Theme.text
+                            linkColor: Theme.accent
+                            font.pixelSize: Theme.fontBody
+                            lineHeight: 1.25
+                            wrapMode: Text.Wrap
+                            Layout.fillWidth: true
+                            onLinkActivated: (link) => Links.open(link, view)
+
+                            HoverHandler {
+                                cursorShape: parent.hoveredLink !== "" ? Qt.PointingHandCursor
+                                                                       : Qt.ArrowCursor
+                            }
+                        }
+                    }
                 }
+            }
+
+            // The focus ring of the pane, over the text and not scrolled with it.
+            Rectangle {
+                parent: pane
+                anchors.fill: parent
+                color: Theme.clear
+                border.width: Theme.unit
+                border.color: Theme.accent
+                visible: pane.activeFocus
             }
         }
     }

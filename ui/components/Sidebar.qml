@@ -15,10 +15,26 @@ Rectangle {
         anchors.bottomMargin: Theme.margin
         spacing: Theme.spacing
 
+        // Tab brings the keyboard here; Up, Down, Home and End then pick the section as a
+        // click would.
         ListView {
             id: list
             objectName: "sidebarList"
+
+            readonly property string selectedRaw: AppModel.section === "" ? "identify"
+                                                                            : AppModel.section
+
+            function activate(i) {
+                if (i >= 0 && i < count) {
+                    AppModel.demoDetail = ""
+                    AppModel.section = model[i].raw
+                }
+            }
+
             model: AppModel.sections
+            currentIndex: model.findIndex(s => s.raw === selectedRaw)
+            activeFocusOnTab: true
+            keyNavigationEnabled: false
             clip: true
             interactive: contentHeight > height
             boundsBehavior: Flickable.StopAtBounds
@@ -28,10 +44,18 @@ Rectangle {
             delegate: SidebarRow {
                 width: ListView.view.width
                 firstOfGroup: index === 0 || list.model[index - 1].group !== modelData.group
-                selected: (AppModel.section === "" ? "identify" : AppModel.section) === modelData.raw
-                onActivated: {
-                    AppModel.demoDetail = ""
-                    AppModel.section = modelData.raw
+                selected: list.selectedRaw === modelData.raw
+                focused: selected && list.activeFocus
+                onActivated: list.activate(index)
+            }
+            onCurrentIndexChanged: positionViewAtIndex(currentIndex, ListView.Contain)
+
+            Keys.onUpPressed: activate(currentIndex - 1)
+            Keys.onDownPressed: activate(currentIndex + 1)
+            Keys.onPressed: (event) => {
+                if (event.key === Qt.Key_Home || event.key === Qt.Key_End) {
+                    activate(event.key === Qt.Key_Home ? 0 : count - 1)
+                    event.accepted = true
                 }
             }
             Accessible.role: Accessible.List

@@ -18,6 +18,7 @@ ColumnLayout {
         font.pixelSize: Theme.fontCaption2
     }
     LinkText {
+        objectName: "websiteLink"
         text: Branding.websiteText
         url: Branding.website
         font.pixelSize: Theme.fontCaption2

@@ -3,7 +3,9 @@ import QtQuick.Layouts
 import Quarrydex
 
 // One section in the sidebar: its symbol and title, and above the first row of a group the
-// group's title.
+// group's title. The selected row shows a tinted plate with a bar beside it and its title
+// in semibold, so it stands out even where the accent is close to the text colour; `focused`
+// outlines the row the keyboard moves.
 Item {
     id: row
 
@@ -11,6 +13,7 @@ Item {
     required property int index
     property bool firstOfGroup: false
     property bool selected: false
+    property bool focused: false
 
     signal activated()
 
@@ -32,6 +35,18 @@ Item {
         font.weight: Font.DemiBold
     }
 
+    // Beside the selected row's plate, in the margin of the list.
+    Rectangle {
+        objectName: "sidebarRowBar"
+        visible: row.selected
+        x: Theme.spacingSmall / 2
+        anchors.verticalCenter: plate.verticalCenter
+        width: Theme.spacingSmall
+        height: plate.height - 2 * Theme.spacing
+        radius: width / 2
+        color: Theme.accent
+    }
+
     Rectangle {
         id: plate
         objectName: "sidebarRowPlate"
@@ -43,6 +58,8 @@ Item {
         height: Theme.rowHeight
         radius: Theme.spacing
         color: row.selected ? Theme.selection : mouse.containsMouse ? Theme.hover : Theme.clear
+        border.width: row.focused ? Theme.unit : 0
+        border.color: Theme.accent
 
         RowLayout {
             anchors.fill: parent

@@ -5,6 +5,8 @@ import Quarrydex
 // A top-level window in the current theme. The palette feeds the standard controls (menus,
 // scroll bars, dialogs), so they are dark too and follow a theme change at once.
 ApplicationWindow {
+    id: themedWindow
+
     color: Theme.ground
     font.pixelSize: Theme.fontBody
 
@@ -31,4 +33,9 @@ ApplicationWindow {
     palette.disabled.windowText: Theme.textMuted
     palette.disabled.text: Theme.textMuted
     palette.disabled.buttonText: Theme.textMuted
+
+    // Says so here when a link this window asked for couldn't be opened.
+    LinkNotice {
+        host: themedWindow
+    }
 }
