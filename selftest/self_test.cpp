@@ -603,11 +603,20 @@ void SelfTest::backupSection() {
     check(report->collectionAdded == 2 && report->historyAdded == 2 &&
               report->favoritesAdded == 2 && report->skippedExisting == 0,
           "restore into an empty device adds everything");
+    // The restore orders by date added, the store by when a piece was added to it: match the
+    // pieces by id.
     bool sameFields = restored.collection().size() == store.collection().size();
     bool samePhotos = sameFields;
     for (std::size_t i = 0; sameFields && i < store.collection().size(); ++i) {
-        const auto &a = store.collection()[i], &b = restored.collection()[i];
-        sameFields = a.id == b.id && a.specimenID == b.specimenID && a.name == b.name &&
+        const auto& a = store.collection()[i];
+        auto match = std::find_if(restored.collection().begin(), restored.collection().end(),
+                                  [&](const CollectionEntry& e) { return e.id == a.id; });
+        if (match == restored.collection().end()) {
+            sameFields = samePhotos = false;
+            break;
+        }
+        const auto& b = *match;
+        sameFields = a.specimenID == b.specimenID && a.name == b.name &&
                      std::floor(a.dateAdded.sinceReference) == b.dateAdded.sinceReference &&
                      a.acquisition == b.acquisition && a.location == b.location &&
                      a.notes == b.notes && a.confidence == b.confidence;
