@@ -28,6 +28,13 @@ constexpr std::array<StonePalette, 6> palettes{{
 constexpr std::string_view goldHex = "#E2B04A";
 constexpr std::string_view warnHex = "#E38B5A";
 
+// `from` moved `share` of the way towards `to`, channel by channel.
+QColor mix(const QColor& from, const QColor& to, double share) {
+    auto channel = [share](float a, float b) { return a + float(share) * (b - a); };
+    return QColor::fromRgbF(channel(from.redF(), to.redF()), channel(from.greenF(), to.greenF()),
+                            channel(from.blueF(), to.blueF()), 1.0f);
+}
+
 QColor withAlpha(QColor color, double alpha) {
     color.setAlphaF(static_cast<float>(alpha));
     return color;
@@ -175,6 +182,12 @@ QColor Theme::selection() const {
 }
 QColor Theme::scrim() const {
     return withAlpha(ground(), 0.6);
+}
+QColor Theme::scrollHandle() const {
+    return mix(surfaceRaised(), text(), 0.5);
+}
+QColor Theme::scrollHandleActive() const {
+    return mix(surfaceRaised(), text(), 0.75);
 }
 QColor Theme::hover() const {
     return withAlpha(text(), 0.06);

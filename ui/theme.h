@@ -4,6 +4,7 @@
 // same colours through its theme provider (see kitThemeFor).
 
 #include "ui/kit/kit_host.h"
+#include "ui/kit/vx_zoom.h"
 
 #include <QColor>
 #include <QObject>
@@ -87,6 +88,11 @@ class Theme : public QObject {
     Q_PROPERTY(QColor hover READ hover NOTIFY changed)
     // Laid over the window behind a modal dialog.
     Q_PROPERTY(QColor scrim READ scrim NOTIFY changed)
+    // The handle of every scroll bar, at rest and under the pointer or dragged: halfway and
+    // three quarters from the raised colour to the text, so that it stands out at least 3:1
+    // from the ground, the surfaces and the raised panels of every palette.
+    Q_PROPERTY(QColor scrollHandle READ scrollHandle NOTIFY changed)
+    Q_PROPERTY(QColor scrollHandleActive READ scrollHandleActive NOTIFY changed)
     // Nothing drawn: rows that are neither selected nor hovered.
     Q_PROPERTY(QColor clear READ clear CONSTANT)
 
@@ -108,6 +114,8 @@ class Theme : public QObject {
     Q_PROPERTY(int rowHeight READ rowHeight CONSTANT)
     Q_PROPERTY(int sidebarMinWidth READ sidebarMinWidth CONSTANT)
     Q_PROPERTY(int sidebarWidth READ sidebarWidth CONSTANT)
+    Q_PROPERTY(int detailMinWidth READ detailMinWidth CONSTANT)
+    Q_PROPERTY(int scrollBarWidth READ scrollBarWidth CONSTANT)
     Q_PROPERTY(int readingWidth READ readingWidth CONSTANT)
     Q_PROPERTY(int minWindowWidth READ minWindowWidth CONSTANT)
     Q_PROPERTY(int minWindowHeight READ minWindowHeight CONSTANT)
@@ -156,6 +164,8 @@ public:
     QColor selection() const;
     QColor hover() const;
     QColor scrim() const;
+    QColor scrollHandle() const;
+    QColor scrollHandleActive() const;
     QColor clear() const { return QColor(Qt::transparent); }
 
     int corner() const { return 8 * unit_; }
@@ -174,6 +184,12 @@ public:
     int rowHeight() const { return 16 * unit_; }
     int sidebarMinWidth() const { return 100 * unit_; }
     int sidebarWidth() const { return 110 * unit_; }
+    // The smallest window at the largest zoom holds the narrowest sidebar, the split handle
+    // and the detail at this width without scrolling as a whole.
+    int detailMinWidth() const {
+        return int(minWindowWidth() / VxZoom::maximum) - sidebarMinWidth() - spacingSmall();
+    }
+    int scrollBarWidth() const { return 4 * unit_; }
     int readingWidth() const { return 320 * unit_; }
     int minWindowWidth() const { return 480 * unit_; }
     int minWindowHeight() const { return 320 * unit_; }

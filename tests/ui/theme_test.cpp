@@ -3,6 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cmath>
+
 using quarrydex::test::CleanPreferences;
 using quarrydex::ui::StonePalette;
 using quarrydex::ui::Theme;
@@ -65,4 +68,43 @@ TEST(UiTheme, the_choice_is_stored_survives_a_restart_and_unknown_ids_fall_back)
     theme.setThemeID("Cobalt");
     EXPECT_EQ(theme.paletteID(), "malachite");
     EXPECT_EQ(&StonePalette::resolve("cobalt"), &StonePalette::all()[1]);
+}
+
+namespace {
+
+// The contrast ratio of two colours by their relative luminance, as accessibility guidelines
+// define it: 1 for equal colours, 21 for black on white.
+double contrast(const QColor& a, const QColor& b) {
+    auto luminance = [](const QColor& c) {
+        auto linear = [](double v) {
+            return v <= 0.04045 ? v / 12.92 : std::pow((v + 0.055) / 1.055, 2.4);
+        };
+        return 0.2126 * linear(c.redF()) + 0.7152 * linear(c.greenF()) + 0.0722 * linear(c.blueF());
+    };
+    const double la = luminance(a);
+    const double lb = luminance(b);
+    return (std::max(la, lb) + 0.05) / (std::min(la, lb) + 0.05);
+}
+
+} // namespace
+
+// Scroll bars sit on the ground, on surfaces and on raised panels; their handle must stand
+// out at least 3:1 from each, at rest and under the pointer, in every palette.
+TEST(UiTheme, scroll_handles_stand_out_from_every_background_of_every_palette) {
+    EXPECT_NEAR(contrast(Qt::black, Qt::white), 21.0, 1e-9);
+    CleanPreferences prefs;
+    Theme theme(nullptr);
+    for (const StonePalette& p : StonePalette::all()) {
+        theme.setThemeID(QString::fromUtf8(p.id.data(), qsizetype(p.id.size())));
+        for (const QColor& handle : {theme.scrollHandle(), theme.scrollHandleActive()}) {
+            for (const QColor& behind : {theme.ground(), theme.surface(), theme.surfaceRaised()}) {
+                EXPECT_GE(contrast(handle, behind), 3.0)
+                    << p.id << ": " << hex(handle).toStdString() << " on "
+                    << hex(behind).toStdString();
+            }
+        }
+        EXPECT_EQ(theme.scrollHandle().alphaF(), 1.0) << "drawn solid, not faded";
+    }
+    // The lightest ground of all, where a faint handle would vanish first.
+    EXPECT_EQ(hex(theme.ground()), "#2B2E33");
 }

@@ -21,6 +21,7 @@
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QScopeGuard>
+#include <QScreen>
 #include <QSettings>
 #include <QSignalSpy>
 #include <QStandardPaths>
@@ -156,6 +157,63 @@ private:
     static QString linkNoticeText(QObject* notice) {
         auto* content = notice->property("contentItem").value<QQuickItem*>();
         return textOf(findItem(content, QStringLiteral("linkNoticeMessage")));
+    }
+
+    // The main window closed and loaded again over the same preferences, as at a restart of
+    // the program (the model serves one engine only, so the engine stays). Closing it does
+    // not quit here.
+    void restart(const std::function<void()>& whileClosed = {}) {
+        QObject::disconnect(engine_.get(), &QQmlEngine::quit, QCoreApplication::instance(),
+                            nullptr);
+        QMetaObject::Connection ignoreQuit =
+            QObject::connect(engine_.get(), &QQmlEngine::quit, this, [] {});
+        window_->close();
+        delete window_;
+        if (whileClosed) {
+            whileClosed();
+        }
+        engine_->load(quarrydex::ui::mainWindowUrl());
+        QObject::disconnect(ignoreQuit);
+        QObject::connect(engine_.get(), &QQmlEngine::quit, QCoreApplication::instance(),
+                         &QCoreApplication::quit, Qt::QueuedConnection);
+        QCOMPARE(engine_->rootObjects().size(), 1);
+        window_ = qobject_cast<QQuickWindow*>(engine_->rootObjects().first());
+        QVERIFY(window_);
+        QVERIFY(QTest::qWaitForWindowExposed(window_));
+        settle(window_);
+    }
+
+    // Drags the split handle beside the sidebar to `x` in the window.
+    static void dragSidebarEdge(QQuickWindow* window, QQuickItem* sidebar, int x) {
+        const QPoint from =
+            sidebar->mapToScene(QPointF(sidebar->width() + 2, sidebar->height() / 2)).toPoint();
+        const QPoint to(x, from.y());
+        QTest::mousePress(window, Qt::LeftButton, {}, from);
+        QTest::mouseMove(window, (from + to) / 2);
+        QTest::mouseMove(window, to);
+        QTest::mouseRelease(window, Qt::LeftButton, {}, to);
+    }
+
+    // A scroll area that scrolls now: it takes input and has more content than it shows.
+    static bool scrolls(QQuickItem* item) {
+        return item->inherits("QQuickFlickable") && item->isVisible() &&
+               item->property("interactive").toBool() &&
+               (item->property("contentHeight").toReal() > item->height() + 0.5 ||
+                item->property("contentWidth").toReal() > item->width() + 0.5);
+    }
+
+    static QList<QQuickItem*> scrollingAreas(QQuickItem* root) {
+        QList<QQuickItem*> found;
+        std::function<void(QQuickItem*)> walk = [&](QQuickItem* item) {
+            if (scrolls(item)) {
+                found.append(item);
+            }
+            for (QQuickItem* child : item->childItems()) {
+                walk(child);
+            }
+        };
+        walk(root);
+        return found;
     }
 
     AppModel& model_;
@@ -308,16 +366,152 @@ private Q_SLOTS:
         QVERIFY(!menuItems(submenu)[1]->property("checked").toBool());
         QCOMPARE(frame->scale(), 1.15);
 
-        // A zoomed window smaller than its content scrolls.
-        VxZoom::instance()->setLevel(100);
-        QTRY_COMPARE(host->property("contentWidth").toReal(), host->width());
-        QVERIFY(!host->property("interactive").toBool());
-
-        VxZoom::instance()->setLevel(200);
-        QVERIFY(host->property("contentWidth").toReal() > host->width());
-        QVERIFY(host->property("contentHeight").toReal() > host->height());
+        // At any zoom the content is laid out in the window, which never scrolls as a whole...
+        for (int level : {100, 200}) {
+            VxZoom::instance()->setLevel(level);
+            QCOMPARE(host->property("contentWidth").toReal(), host->width());
+            QCOMPARE(host->property("contentHeight").toReal(), host->height());
+            QVERIFY(!host->property("interactive").toBool());
+            QCOMPARE(frame->width(), host->width() * 100 / level);
+        }
+        // ...unless it is smaller than its minimum size (a screen too small for it): then the
+        // content keeps that size and scrolls.
+        window_->resize(600, 400);
+        QTRY_COMPARE(host->property("contentWidth").toReal(), 960.0);
+        QCOMPARE(host->property("contentHeight").toReal(), 640.0);
         QVERIFY(host->property("interactive").toBool());
-        QCOMPARE(host->property("contentWidth").toReal(), qMax(host->width(), 960.0 * 2));
+        QCOMPARE(frame->width(), 480.0);
+    }
+
+    void the_window_comes_back_where_it_was_after_a_restart_even_maximised() {
+        QCOMPARE(QGuiApplication::screens().size(), 2);
+        const QRect primary = QGuiApplication::primaryScreen()->availableGeometry();
+        QScreen* other = QGuiApplication::screens().at(1);
+
+        // A first start: the default size, centred on the primary screen.
+        QSettings().remove(QStringLiteral("window"));
+        restart();
+        QCOMPARE(window_->size(), QSize(1200, 800));
+        QCOMPARE(window_->geometry().center(), primary.center());
+
+        // Moved to the other screen, resized, the sidebar dragged wider, closed.
+        const QRect moved(other->availableGeometry().topLeft() + QPoint(40, 30), QSize(1000, 700));
+        window_->setGeometry(moved);
+        QTRY_COMPARE(window_->geometry(), moved);
+        settle(window_);
+        QQuickItem* sidebar = findItem(window_->contentItem(), QStringLiteral("sidebar"));
+        dragSidebarEdge(window_, sidebar, 282);
+        QCOMPARE(qRound(sidebar->width()), 280);
+        restart();
+        QCOMPARE(window_->geometry(), moved);
+        QCOMPARE(window_->screen(), other);
+        QCOMPARE(qRound(findItem(window_->contentItem(), QStringLiteral("sidebar"))->width()), 280);
+
+        // Closed maximised, it opens maximised, and keeps the size it had before for later.
+        window_->showMaximized();
+        QTRY_VERIFY(window_->windowStates() & Qt::WindowMaximized);
+        restart();
+        QTRY_VERIFY(window_->windowStates() & Qt::WindowMaximized);
+        restart();
+        QCOMPARE(QSettings().value(QStringLiteral("window/geometry")).toRect(), moved);
+    }
+
+    void a_remembered_window_that_no_longer_fits_opens_within_the_primary_screen() {
+        const QRect primary = QGuiApplication::primaryScreen()->availableGeometry();
+        auto remember = [](const QRect& geometry) {
+            return [geometry] {
+                QSettings settings;
+                settings.setValue(QStringLiteral("window/geometry"), geometry);
+                settings.setValue(QStringLiteral("window/maximized"), false);
+            };
+        };
+        // Larger than its screen: as large as the screen, and wholly on it.
+        restart(remember(QRect(-300, -200, 4000, 3000)));
+        QCOMPARE(window_->size(), primary.size());
+        QCOMPARE(window_->framePosition(), primary.topLeft());
+
+        // On a screen that is no longer attached: centred on the primary one, its size kept.
+        restart(remember(QRect(9000, 100, 1000, 700)));
+        QCOMPARE(window_->size(), QSize(1000, 700));
+        QCOMPARE(window_->geometry().center(), primary.center());
+    }
+
+    void the_sidebar_keeps_its_minimum_and_cannot_squeeze_the_detail() {
+        QQuickItem* sidebar = findItem(window_->contentItem(), QStringLiteral("sidebar"));
+        QQuickItem* detail = findItem(window_->contentItem(), QStringLiteral("detail"));
+        const int detailMin = Theme::instance()->detailMinWidth();
+        QVERIFY(detailMin >= 250);
+        settle(window_);
+        dragSidebarEdge(window_, sidebar, window_->width() - 2);
+        QCOMPARE(qRound(detail->width()), detailMin);
+        QVERIFY(sidebar->width() > 900);
+        dragSidebarEdge(window_, sidebar, 2);
+        QCOMPARE(qRound(sidebar->width()), 200);
+
+        // The smallest window at the largest zoom still holds both.
+        VxZoom::instance()->setLevel(200);
+        window_->resize(window_->minimumSize());
+        settle(window_);
+        QCOMPARE(qRound(sidebar->width()), 200);
+        QVERIFY(detail->width() >= detailMin);
+        QVERIFY(detail->mapToScene(QPointF(detail->width(), 0)).x() <= window_->width() + 0.5);
+    }
+
+    // At the largest zoom, in the default and in the smallest window, every screen is laid out
+    // inside the window and scrolls in its own lists only, never inside a scrolling window.
+    void at_200_percent_every_screen_fits_and_no_scroll_area_scrolls_inside_another() {
+        VxZoom::instance()->setLevel(200);
+        int scrolled = 0;
+        for (const QSize& size : {QSize(1200, 800), window_->minimumSize()}) {
+            window_->resize(size);
+            for (const QString& section : kSections + QStringList{"detail"}) {
+                if (section == QStringLiteral("detail")) {
+                    model_.setDemoDetail(QStringLiteral("quartz"));
+                } else {
+                    model_.setSection(section);
+                }
+                settle(window_);
+                QQuickItem* screen = detailScreen();
+                const QRectF shown =
+                    screen->mapRectToScene(QRectF(0, 0, screen->width(), screen->height()));
+                QVERIFY2(QRectF(0, 0, window_->width(), window_->height())
+                             .adjusted(-0.5, -0.5, 0.5, 0.5)
+                             .contains(shown),
+                         qPrintable(section));
+                for (QQuickItem* area : scrollingAreas(window_->contentItem())) {
+                    ++scrolled;
+                    const QString where = section + " " + area->objectName();
+                    QVERIFY2(area->property("contentWidth").toReal() <= area->width() + 0.5,
+                             qPrintable(where + " hides content sideways"));
+                    for (QQuickItem* outer = area->parentItem(); outer;
+                         outer = outer->parentItem()) {
+                        QVERIFY2(!scrolls(outer),
+                                 qPrintable(where + " inside " + outer->objectName()));
+                    }
+                }
+            }
+            model_.setDemoDetail({});
+        }
+        QVERIFY(scrolled > 0);
+    }
+
+    void a_newcomer_sees_the_first_steps_and_the_samples_until_they_begin() {
+        QQuickItem* guide = findItem(detailScreen(), QStringLiteral("firstStartGuide"));
+        QVERIFY(guide);
+        QVERIFY(guide->isVisible());
+        QCOMPARE(findAll(guide, QStringLiteral("firstStartStep")).size(), 3);
+        QCOMPARE(findItem(guide, QStringLiteral("firstStartSamples"))->isVisible(),
+                 model_.hasSampleSet());
+        QVERIFY(model_.setAnswer(QStringLiteral("magnet"), QStringLiteral("attracts")));
+        QVERIFY(!guide->isVisible());
+        model_.startOver();
+        QVERIFY(guide->isVisible());
+
+        // Once something was identified, the history holds it: no more first steps.
+        QVERIFY(model_.setAnswer(QStringLiteral("magnet"), QStringLiteral("attracts")));
+        model_.run();
+        model_.startOver();
+        QVERIFY(!guide->isVisible());
     }
 
     void help_opens_on_samples_at_the_last_chapter_and_elsewhere_on_welcome() {
@@ -681,6 +875,47 @@ private Q_SLOTS:
         VxZoom::instance()->setLevel(100);
     }
 
+    // Every screen in three themes at 100 % and 200 %, and at 200 % in the smallest window,
+    // into QUARRYDEX_SCREENSHOT_DIR. Without it there is nothing to do.
+    void screenshots_of_every_screen_zoomed() {
+        const QString folder = qEnvironmentVariable("QUARRYDEX_SCREENSHOT_DIR");
+        if (folder.isEmpty()) {
+            QSKIP("set QUARRYDEX_SCREENSHOT_DIR to a folder to take screenshots");
+        }
+        QDir().mkpath(folder);
+        struct Look {
+            QString theme;
+            int level;
+            QSize size;
+        };
+        const QList<Look> looks = {
+            {"malachite", 100, {1200, 800}},          {"malachite", 200, {1200, 800}},
+            {"obsidian", 100, {1200, 800}},           {"obsidian", 200, {1200, 800}},
+            {"hematite", 100, {1200, 800}},           {"hematite", 200, {1200, 800}},
+            {"hematite", 200, window_->minimumSize()}};
+        for (const Look& look : looks) {
+            Theme::instance()->setThemeID(look.theme);
+            VxZoom::instance()->setLevel(look.level);
+            window_->resize(look.size);
+            for (const QString& section : kSections + QStringList{"detail"}) {
+                model_.setDemoDetail(section == QStringLiteral("detail") ? QStringLiteral("quartz")
+                                                                         : QString());
+                if (section != QStringLiteral("detail")) {
+                    model_.setSection(section);
+                }
+                QTest::qWait(50);
+                const QString name = QStringLiteral("%1/%2-%3-%4x%5-%6.png")
+                                         .arg(folder, look.theme)
+                                         .arg(look.level)
+                                         .arg(look.size.width())
+                                         .arg(look.size.height())
+                                         .arg(section);
+                QVERIFY(window_->grabWindow().save(name));
+            }
+        }
+        model_.setDemoDetail({});
+    }
+
     void closing_the_main_window_quits() {
         QSignalSpy quit(engine_.get(), &QQmlEngine::quit);
         window_->close();
@@ -692,6 +927,19 @@ int main(int argc, char** argv) {
     // Preferences, runtime files and the data store all live in temporary folders.
     QTemporaryDir home;
     quarrydex::test::prepareQuickTestProcess(home.path());
+    // Two screens side by side, the primary one of a common desktop size, for the window's
+    // placement.
+    if (qgetenv("QT_QPA_PLATFORM") == "offscreen") {
+        QFile screens(home.path() + "/screens.json");
+        if (screens.open(QIODevice::WriteOnly)) {
+            // The platform orders the screens by name; the first is the primary one.
+            screens.write(R"({"screens": [
+                {"name": "left", "x": 0, "y": 0, "width": 1920, "height": 1080},
+                {"name": "right", "x": 1920, "y": 0, "width": 1280, "height": 1024}]})");
+            screens.close();
+            qputenv("QT_QPA_PLATFORM", ("offscreen:configfile=" + screens.fileName()).toUtf8());
+        }
+    }
 
     QGuiApplication app(argc, argv);
     quarrydex::ui::installKit();

@@ -75,6 +75,13 @@ Dialog {
         anchors.fill: parent
         contentWidth: availableWidth
         clip: true
+        // Placed as the style places its own.
+        ScrollBar.vertical: ThemedScrollBar {
+            parent: scroller
+            x: scroller.mirrored ? 0 : scroller.width - width
+            y: scroller.topPadding
+            height: scroller.availableHeight
+        }
 
         ColumnLayout {
             id: form

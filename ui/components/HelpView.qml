@@ -43,6 +43,7 @@ Item {
                 clip: true
                 spacing: Theme.spacingSmall / 2
                 boundsBehavior: Flickable.StopAtBounds
+                ScrollBar.vertical: ThemedScrollBar {}
                 delegate: ChapterRow {
                     x: Theme.spacing
                     width: ListView.view.width - 2 * Theme.spacing
@@ -85,7 +86,7 @@ Item {
             boundsBehavior: Flickable.StopAtBounds
             Layout.fillWidth: true
             Layout.fillHeight: true
-            ScrollBar.vertical: ScrollBar {
+            ScrollBar.vertical: ThemedScrollBar {
                 policy: pane.contentHeight > pane.height ? ScrollBar.AlwaysOn : ScrollBar.AsNeeded
             }
 

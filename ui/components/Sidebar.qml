@@ -38,6 +38,7 @@ Rectangle {
             clip: true
             interactive: contentHeight > height
             boundsBehavior: Flickable.StopAtBounds
+            ScrollBar.vertical: ThemedScrollBar {}
             Layout.fillWidth: true
             Layout.fillHeight: true
 

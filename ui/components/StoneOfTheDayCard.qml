@@ -29,12 +29,13 @@ VxPanel {
 
         SpecimenSwatch {
             colorHex: card.stone.colorHex ?? ""
-            size: Theme.iconLarge * 2
+            size: Math.min(Theme.iconLarge * 2, card.width / 4)
             Layout.alignment: Qt.AlignTop
         }
         ColumnLayout {
             spacing: Theme.spacingSmall
             Layout.fillWidth: true
+            Layout.minimumWidth: 0 // narrow windows elide the texts
 
             Text {
                 text: qsTr("STONE OF THE DAY")
@@ -42,6 +43,8 @@ VxPanel {
                 font.pixelSize: Theme.fontCaption
                 font.weight: Font.Bold
                 font.letterSpacing: Theme.hairlineWidth
+                elide: Text.ElideRight
+                Layout.fillWidth: true
             }
             Text {
                 objectName: "stoneOfTheDayName"

@@ -2,9 +2,11 @@ import QtQuick
 import QtQuick.Controls
 import Quarrydex
 
-// Wraps a window's content and scales all of it by the interface zoom. The content gets a
-// frame of the window's size divided by the factor, but never less than minWidth x minHeight;
-// whatever is larger than the window once scaled can be scrolled to.
+// Wraps a window's content and scales all of it by the interface zoom. The content is laid
+// out in the window's own size divided by the factor, so at every zoom it fits the window and
+// the screens' own lists do the scrolling: there is never a scroll area inside another. Only
+// a window smaller than minWidth x minHeight (the window's minimum size, which a tiny screen
+// can undercut) lays the content out at that size and scrolls it as a whole.
 Flickable {
     id: host
 
@@ -13,8 +15,8 @@ Flickable {
     property real minHeight: 640
     default property alias content: frame.data
 
-    readonly property real frameWidth: Math.max(width / zoom, minWidth)
-    readonly property real frameHeight: Math.max(height / zoom, minHeight)
+    readonly property real frameWidth: Math.max(width, minWidth) / zoom
+    readonly property real frameHeight: Math.max(height, minHeight) / zoom
 
     clip: true
     boundsBehavior: Flickable.StopAtBounds
@@ -22,12 +24,8 @@ Flickable {
     contentHeight: frameHeight * zoom
     interactive: contentWidth > width || contentHeight > height
 
-    ScrollBar.horizontal: ScrollBar {
-        policy: host.contentWidth > host.width ? ScrollBar.AlwaysOn : ScrollBar.AlwaysOff
-    }
-    ScrollBar.vertical: ScrollBar {
-        policy: host.contentHeight > host.height ? ScrollBar.AlwaysOn : ScrollBar.AlwaysOff
-    }
+    ScrollBar.horizontal: ThemedScrollBar {}
+    ScrollBar.vertical: ThemedScrollBar {}
 
     Item {
         id: frame

@@ -13,7 +13,7 @@ Flickable {
     clip: true
     contentHeight: content.implicitHeight + 2 * Theme.margin
     boundsBehavior: Flickable.StopAtBounds
-    ScrollBar.vertical: ScrollBar {
+    ScrollBar.vertical: ThemedScrollBar {
         policy: screen.contentHeight > screen.height ? ScrollBar.AlwaysOn : ScrollBar.AsNeeded
     }
 
@@ -45,8 +45,10 @@ Flickable {
 
                 Image {
                     source: "qrc:/Quarrydex/resources/quarrydex.svg"
-                    sourceSize.width: Theme.iconLarge * 3
-                    sourceSize.height: Theme.iconLarge * 3
+                    // Smaller where the screen is narrow (a large zoom), leaving room for the text.
+                    readonly property real side: Math.min(Theme.iconLarge * 3, content.width / 4)
+                    sourceSize.width: side
+                    sourceSize.height: side
                     Layout.alignment: Qt.AlignTop
                     Accessible.ignored: true
                 }
@@ -59,12 +61,16 @@ Flickable {
                         color: Theme.text
                         font.pixelSize: Theme.fontTitle
                         font.weight: Font.Bold
+                        wrapMode: Text.WordWrap
+                        Layout.fillWidth: true
                     }
                     Text {
                         objectName: "aboutScreenVersion"
                         text: qsTr("Version %1 (build %2)").arg(Branding.version).arg(Branding.build)
                         color: Theme.textMuted
                         font.pixelSize: Theme.fontCaption
+                        wrapMode: Text.WordWrap
+                        Layout.fillWidth: true
                     }
                     Text {
                         text: Branding.tagline
@@ -86,9 +92,10 @@ Flickable {
                         url: Branding.website
                         font.pixelSize: Theme.fontBody
                     }
-                    RowLayout {
+                    Flow {
                         spacing: Theme.spacing
                         Layout.topMargin: Theme.spacing
+                        Layout.fillWidth: true
                         VxChromeButton {
                             text: qsTr("Open Help")
                             prominent: true

@@ -30,6 +30,13 @@ Item {
         id: scroller
         anchors.fill: parent
         contentWidth: availableWidth
+        // Placed as the style places its own.
+        ScrollBar.vertical: ThemedScrollBar {
+            parent: scroller
+            x: scroller.mirrored ? 0 : scroller.width - width
+            y: scroller.topPadding
+            height: scroller.availableHeight
+        }
 
         ColumnLayout {
             width: Math.min(scroller.availableWidth - 2 * Theme.margin, Theme.readingWidth)

@@ -78,6 +78,13 @@ FocusScope {
         anchors.topMargin: Theme.spacing
         visible: detail.entry.exists
         contentWidth: availableWidth
+        // Placed as the style places its own.
+        ScrollBar.vertical: ThemedScrollBar {
+            parent: scroller
+            x: scroller.mirrored ? 0 : scroller.width - width
+            y: scroller.topPadding
+            height: scroller.availableHeight
+        }
         clip: true
 
         ColumnLayout {

@@ -38,7 +38,7 @@ FocusScope {
         focus: true
         contentHeight: content.implicitHeight + 2 * Theme.margin
         boundsBehavior: Flickable.StopAtBounds
-        ScrollBar.vertical: ScrollBar {
+        ScrollBar.vertical: ThemedScrollBar {
             policy: flick.contentHeight > flick.height ? ScrollBar.AlwaysOn : ScrollBar.AlwaysOff
         }
 

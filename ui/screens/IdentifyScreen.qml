@@ -165,7 +165,7 @@ FocusScope {
             contentWidth: width
             contentHeight: content.implicitHeight + 2 * Theme.margin
             boundsBehavior: Flickable.StopAtBounds
-            ScrollBar.vertical: ScrollBar {}
+            ScrollBar.vertical: ThemedScrollBar {}
 
             ColumnLayout {
                 id: content
@@ -201,7 +201,7 @@ FocusScope {
                     Rectangle {
                         objectName: "offlineBadge"
                         color: Theme.offlineFill
-                        radius: height / 2
+                        radius: Math.min(height / 2, Theme.corner)
                         implicitWidth: badgeRow.implicitWidth + 2 * Theme.spacing
                         implicitHeight: badgeRow.implicitHeight + Theme.spacing
                         Layout.maximumWidth: content.width
@@ -222,9 +222,94 @@ FocusScope {
                                 color: Theme.offlineText
                                 font.pixelSize: Theme.fontCaption
                                 font.weight: Font.DemiBold
-                                elide: Text.ElideRight
+                                wrapMode: Text.WordWrap
                                 Layout.fillWidth: true
                             }
+                        }
+                    }
+                }
+
+                // --- First start: what to do, and where the samples are. Shown while the
+                // history and the collection are empty and nothing is entered yet.
+                Rectangle {
+                    objectName: "firstStartGuide"
+                    visible: AppModel.historyList.totalCount === 0
+                             && AppModel.collection.totalCount === 0
+                             && !AppModel.hasPhoto && !AppModel.preparingPhoto
+                             && AppModel.answeredCount === 0
+                    color: Theme.surface
+                    border.width: Theme.hairlineWidth
+                    border.color: Theme.hairline
+                    radius: Theme.corner
+                    implicitHeight: guideColumn.implicitHeight + 2 * Theme.margin
+                    Layout.fillWidth: true
+
+                    ColumnLayout {
+                        id: guideColumn
+
+                        anchors.fill: parent
+                        anchors.margins: Theme.margin
+                        spacing: Theme.spacing
+
+                        RowLayout {
+                            spacing: Theme.spacing
+                            Layout.fillWidth: true
+
+                            SymbolIcon {
+                                symbol: "hand.wave"
+                                size: Theme.iconSize + Theme.spacing
+                                color: Theme.accent
+                                Layout.alignment: Qt.AlignTop
+                            }
+                            Text {
+                                text: qsTr("New here? Three steps to a name:")
+                                color: Theme.text
+                                font.pixelSize: Theme.fontHeadline
+                                font.weight: Font.DemiBold
+                                wrapMode: Text.WordWrap
+                                Layout.fillWidth: true
+                                Accessible.role: Accessible.Heading
+                            }
+                        }
+                        Repeater {
+                            model: [
+                                qsTr("Add a photo of your stone: drop it on this window, or use Choose Photo…, Use Camera… or Paste."),
+                                qsTr("Answer the guided questions you can test; leave the others at Not tested."),
+                                qsTr("Press Identify to see the best matches.")
+                            ]
+                            delegate: RowLayout {
+                                required property string modelData
+                                required property int index
+
+                                spacing: Theme.spacing
+                                Layout.fillWidth: true
+
+                                Text {
+                                    text: (parent.index + 1) + "."
+                                    color: Theme.accent
+                                    font.pixelSize: Theme.fontBody
+                                    font.weight: Font.DemiBold
+                                    Layout.alignment: Qt.AlignTop
+                                    Layout.preferredWidth: Theme.spacingLarge + Theme.spacing
+                                }
+                                Text {
+                                    objectName: "firstStartStep"
+                                    text: parent.modelData
+                                    color: Theme.text
+                                    font.pixelSize: Theme.fontBody
+                                    wrapMode: Text.WordWrap
+                                    Layout.fillWidth: true
+                                }
+                            }
+                        }
+                        Text {
+                            objectName: "firstStartSamples"
+                            visible: AppModel.hasSampleSet
+                            text: qsTr("No stone at hand? Try a Sample Photo, or load the sample collection from Help › Load Sample Collection.")
+                            color: Theme.textMuted
+                            font.pixelSize: Theme.fontBody
+                            wrapMode: Text.WordWrap
+                            Layout.fillWidth: true
                         }
                     }
                 }

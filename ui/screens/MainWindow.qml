@@ -11,11 +11,20 @@ ThemedWindow {
 
     objectName: "mainWindow"
     title: Branding.displayName
-    width: Theme.windowWidth
-    height: Theme.windowHeight
-    minimumWidth: Theme.minWindowWidth
-    minimumHeight: Theme.minWindowHeight + (menuBar ? menuBar.implicitHeight : 0)
+    // Placed by `placement`: where it was last time, else centred; never larger than its screen.
+    minimumWidth: Math.min(Theme.minWindowWidth, placement.screenSize.width)
+    minimumHeight: Math.min(Theme.minWindowHeight + (menuBar ? menuBar.implicitHeight : 0),
+                            placement.screenSize.height)
     visible: true
+
+    WindowPlacement {
+        id: placement
+        objectName: "windowPlacement"
+        window: window
+        sidebar: sidebar
+        defaultSize: Qt.size(Theme.windowWidth, Theme.windowHeight)
+        defaultSidebarWidth: Theme.sidebarWidth
+    }
 
     readonly property var currentSection: {
         const raw = AppModel.section === "" ? "identify" : AppModel.section
@@ -36,6 +45,7 @@ ThemedWindow {
         minHeight: Theme.minWindowHeight
 
         SplitView {
+            id: split
             anchors.fill: parent
             orientation: Qt.Horizontal
 
@@ -50,9 +60,13 @@ ThemedWindow {
             }
 
             Sidebar {
+                id: sidebar
                 objectName: "sidebar"
                 SplitView.minimumWidth: Theme.sidebarMinWidth
-                SplitView.preferredWidth: Theme.sidebarWidth
+                SplitView.preferredWidth: placement.sidebarWidth
+                // The detail keeps its minimum width, whatever the handle is dragged to.
+                SplitView.maximumWidth: Math.max(Theme.sidebarMinWidth,
+                                                 split.width - Theme.detailMinWidth - Theme.spacingSmall)
             }
 
             Loader {
@@ -60,6 +74,7 @@ ThemedWindow {
                 objectName: "detail"
                 focus: true
                 SplitView.fillWidth: true
+                SplitView.minimumWidth: Theme.detailMinWidth
                 sourceComponent: AppModel.libraryError !== "" ? libraryProblem
                                : AppModel.demoDetail !== "" ? demoDetail
                                : window.screens[window.currentSection.raw]

@@ -51,7 +51,7 @@ FocusScope {
         focus: true
         contentHeight: content.implicitHeight + 2 * Theme.margin
         boundsBehavior: Flickable.StopAtBounds
-        ScrollBar.vertical: ScrollBar {
+        ScrollBar.vertical: ThemedScrollBar {
             policy: flick.contentHeight > flick.height ? ScrollBar.AlwaysOn : ScrollBar.AlwaysOff
         }
         Keys.onUpPressed: flick.contentY = Math.max(0, flick.contentY - Theme.rowHeight)
@@ -187,8 +187,9 @@ FocusScope {
                     }
                 }
 
-                RowLayout {
+                Flow {
                     spacing: Theme.spacing
+                    Layout.fillWidth: true
 
                     VxChromeButton {
                         objectName: "favoriteToggle"
@@ -220,8 +221,9 @@ FocusScope {
                             objectName: "factTile"
                             label: modelData.label
                             value: modelData.value
-                            width: Math.max(Theme.buttonWidth * 3,
-                                            (content.width - 3 * Theme.spacing) / 4)
+                            width: Math.min(content.width,
+                                            Math.max(Theme.buttonWidth * 3,
+                                                     (content.width - 3 * Theme.spacing) / 4))
                         }
                     }
                 }
