@@ -1,6 +1,5 @@
 import QtQuick
 import QtQuick.Controls
-import QtQuick.Dialogs
 import QtQuick.Layouts
 import Quarrydex
 
@@ -102,34 +101,64 @@ ThemedWindow {
     Component { id: historyScreen; HistoryScreen {} }
     Component { id: backupScreen; BackupScreen {} }
 
-    HelpWindow {
+    // The secondary windows and dialogs are made on first use, not with the window: the camera
+    // sheet starts the multimedia stack, and the open dialog and the collection editor bring in
+    // the dialogs module (which is why those two are loaded by file, not by type). Each made
+    // object keeps its object name.
+    Loader {
         id: helpWindow
-    }
-
-    AboutDialog {
-        id: aboutDialog
-        objectName: "aboutDialog"
-    }
-
-    FileDialog {
-        id: photoDialog
-        objectName: "photoDialog"
-        title: qsTr("Choose a photo of your specimen")
-        fileMode: FileDialog.OpenFile
-        nameFilters: PhotoSources.nameFilters()
-        onAccepted: {
-            AppModel.setPhotoFromFileAsync(selectedFile)
-            AppModel.section = "identify"
+        active: false
+        sourceComponent: Component { HelpWindow {} }
+        function openOn(index) {
+            active = true
+            item.openOn(index)
         }
     }
 
-    CameraSheet {
+    Loader {
+        id: aboutDialog
+        anchors.fill: parent
+        active: false
+        sourceComponent: Component { AboutDialog { objectName: "aboutDialog" } }
+        function open() {
+            active = true
+            item.open()
+        }
+    }
+
+    Loader {
+        id: photoDialog
+        active: false
+        source: "../components/PhotoDialog.qml"
+        function open() {
+            active = true
+            item.open()
+        }
+    }
+
+    Loader {
         id: cameraSheet
+        anchors.fill: parent
+        active: false
+        sourceComponent: Component { CameraSheet {} }
+        // Later requests reach the sheet itself.
+        onLoaded: if (AppModel.showCamera) item.open()
     }
 
     // The collection editor, opened from any screen through AppModel.collectionEditor.
-    CollectionEditorSheet {
+    Loader {
         id: collectionEditorSheet
+        anchors.fill: parent
+        active: false
+        source: "../components/CollectionEditorSheet.qml"
+    }
+    Connections {
+        target: AppModel
+        function onShowCameraChanged() { cameraSheet.active = true }
+    }
+    Connections {
+        target: AppModel.collectionEditor
+        function onOpenChanged() { collectionEditorSheet.active = true }
     }
     // "Add Specimen" from anywhere in the window.
     Shortcut {
