@@ -61,7 +61,7 @@ ThemedWindow {
                 SplitView.fillWidth: true
                 sourceComponent: AppModel.libraryError !== "" ? libraryProblem
                                : AppModel.demoDetail !== "" ? demoDetail
-                               : window.screens[window.currentSection.raw]
+                               : window.screen(window.currentSection.raw)
             }
         }
     }
@@ -88,18 +88,23 @@ ThemedWindow {
             onAboutRequested: aboutDialog.open()
         }
     }
-    // One screen per section, made when the section is shown.
+    // One screen per section, made when the section is shown. Those given by file are read
+    // on their first visit, not with the window.
     readonly property var screens: ({
-        identify: identifyScreen, library: libraryScreen, favorites: favoritesScreen,
-        collection: collectionScreen, history: historyScreen, backup: backupScreen,
-        about: aboutScreen
+        identify: identifyScreen, library: "LibraryScreen.qml", favorites: "FavoritesScreen.qml",
+        collection: "CollectionScreen.qml", history: "HistoryScreen.qml",
+        backup: "BackupScreen.qml", about: aboutScreen
     })
+    property var screenFiles: ({})
+    function screen(raw) {
+        const screen = screens[raw]
+        if (typeof screen !== "string")
+            return screen
+        if (!screenFiles[raw])
+            screenFiles[raw] = Qt.createComponent(screen)
+        return screenFiles[raw]
+    }
     Component { id: identifyScreen; IdentifyScreen { onChoosePhotoRequested: photoDialog.open() } }
-    Component { id: libraryScreen; LibraryScreen {} }
-    Component { id: favoritesScreen; FavoritesScreen {} }
-    Component { id: collectionScreen; CollectionScreen {} }
-    Component { id: historyScreen; HistoryScreen {} }
-    Component { id: backupScreen; BackupScreen {} }
 
     // The secondary windows and dialogs are made on first use, not with the window: the camera
     // sheet starts the multimedia stack, and the open dialog and the collection editor bring in
