@@ -108,12 +108,12 @@ ThemedWindow {
 
     // The secondary windows and dialogs are made on first use, not with the window: the camera
     // sheet starts the multimedia stack, and the open dialog and the collection editor bring in
-    // the dialogs module (which is why those two are loaded by file, not by type). Each made
-    // object keeps its object name.
+    // the dialogs module. Given by file, they are not even read before then. Each made object
+    // keeps its object name.
     Loader {
         id: helpWindow
         active: false
-        sourceComponent: Component { HelpWindow {} }
+        source: "HelpWindow.qml"
         function openOn(index) {
             active = true
             item.openOn(index)
@@ -124,7 +124,8 @@ ThemedWindow {
         id: aboutDialog
         anchors.fill: parent
         active: false
-        sourceComponent: Component { AboutDialog { objectName: "aboutDialog" } }
+        source: "../components/AboutDialog.qml"
+        onLoaded: item.objectName = "aboutDialog"
         function open() {
             active = true
             item.open()
@@ -145,7 +146,7 @@ ThemedWindow {
         id: cameraSheet
         anchors.fill: parent
         active: false
-        sourceComponent: Component { CameraSheet {} }
+        source: "../components/CameraSheet.qml"
         // Later requests reach the sheet itself.
         onLoaded: if (AppModel.showCamera) item.open()
     }
