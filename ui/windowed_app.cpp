@@ -20,6 +20,7 @@
 #include <QtQml/qqml.h>
 
 #include <cstdlib>
+#include <future>
 #include <iostream>
 #include <memory>
 
@@ -162,14 +163,19 @@ int runWindowedApplication(const Launcher& launcher) {
 
     describeApplication();
     QGuiApplication app(argc, argv.data());
-    app.setWindowIcon(QIcon(QStringLiteral(":/Quarrydex/resources/quarrydex.svg")));
+    // The library is read on a worker while the kit and the QML engine start. Not before
+    // the application exists: that sets the C locale, which number parsing reads.
+    std::future<SpecimenLibrary> libraryLoad =
+        std::async(std::launch::async, [] { return SpecimenLibrary::bundled(); });
     installKit();
 
-    auto library = std::make_shared<const SpecimenLibrary>(SpecimenLibrary::bundled());
-    AppModel model(library, root);
-    registerModel(&model);
-
+    // Made once the library is in; it outlives the engine and everything the engine made.
+    std::unique_ptr<AppModel> model;
     QQmlApplicationEngine engine;
+
+    model = std::make_unique<AppModel>(std::make_shared<const SpecimenLibrary>(libraryLoad.get()),
+                                       root);
+    registerModel(model.get());
     prepareEngine(engine);
     QObject::connect(
         &engine, &QQmlApplicationEngine::objectCreated, &app,
@@ -184,13 +190,23 @@ int runWindowedApplication(const Launcher& launcher) {
         std::cerr << "Quarrydex couldn't load its main window.\n";
         return 1;
     }
-    reportFirstFrame(qobject_cast<QQuickWindow*>(engine.rootObjects().first()),
-                     launcher.startedAt());
-
+    auto* window = qobject_cast<QQuickWindow*>(engine.rootObjects().first());
+    reportFirstFrame(window, launcher.startedAt());
+    // The icon is drawn from its SVG after the first frame, not before it.
+    if (window) {
+        QObject::connect(
+            window, &QQuickWindow::frameSwapped, &app,
+            [] {
+                QGuiApplication::setWindowIcon(
+                    QIcon(QStringLiteral(":/Quarrydex/resources/quarrydex.svg")));
+            },
+            static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
+    }
     // "--screenshots FOLDER": the tour starts once the window has appeared and laid out.
     if (auto folder = launcher.argument("--screenshots")) {
-        QTimer::singleShot(Screenshotter::startDelay, &app, [&model, folder = *folder] {
-            auto* tour = new Screenshotter(QFile::decodeName(folder.c_str()), model, &model);
+        AppModel* shared = model.get();
+        QTimer::singleShot(Screenshotter::startDelay, &app, [shared, folder = *folder] {
+            auto* tour = new Screenshotter(QFile::decodeName(folder.c_str()), *shared, shared);
             tour->run();
         });
     }

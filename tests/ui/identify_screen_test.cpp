@@ -532,14 +532,13 @@ private Q_SLOTS:
     }
 
     void the_open_dialog_opens_titled_for_photos_and_closes_cleanly() {
+        click(item(QStringLiteral("choosePhotoButton")));
         QObject* dialog = window_->findChild<QObject*>(QStringLiteral("photoDialog"));
-        QVERIFY(dialog);
+        QVERIFY(dialog); // made on first use
         QCOMPARE(dialog->property("title").toString(),
                  QStringLiteral("Choose a photo of your specimen"));
         QCOMPARE(dialog->property("fileMode").toInt(), 0); // one existing file
         QCOMPARE(dialog->property("nameFilters").toStringList().size(), 1);
-
-        click(item(QStringLiteral("choosePhotoButton")));
         QTRY_VERIFY(dialog->property("visible").toBool());
         QVERIFY(QMetaObject::invokeMethod(dialog, "reject"));
         QTRY_VERIFY(!dialog->property("visible").toBool());

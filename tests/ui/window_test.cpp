@@ -259,6 +259,11 @@ private Q_SLOTS:
 
     void the_window_opens_titled_without_warnings() {
         QCOMPARE(shownTitle(window_), QStringLiteral("Orlo Quarrydex"));
+                // The first frame does not wait for the secondary windows and dialogs.
+        for (const char* name :
+             {"helpWindow", "aboutDialog", "photoDialog", "cameraSheet", "collectionEditor"}) {
+            QVERIFY2(!window_->findChild<QObject*>(QLatin1String(name)), name);
+        }
         QVERIFY(findItem(window_->contentItem(), QStringLiteral("sidebar")));
         QCOMPARE(textOf(findItem(detailScreen(), QStringLiteral("screenTitle"))),
                  QStringLiteral("Identify"));
@@ -515,11 +520,13 @@ private Q_SLOTS:
     }
 
     void help_opens_on_samples_at_the_last_chapter_and_elsewhere_on_welcome() {
+        // Made on first use, then kept.
         auto* help = window_->findChild<QQuickWindow*>(QStringLiteral("helpWindow"));
-        QVERIFY(help);
-        QVERIFY(!help->isVisible());
+        QVERIFY(!help || !help->isVisible());
 
         QuarrydexHelp::instance()->show(QStringLiteral("samples"));
+        help = window_->findChild<QQuickWindow*>(QStringLiteral("helpWindow"));
+        QVERIFY(help);
         QVERIFY(help->isVisible());
         QCOMPARE(shownTitle(help), QStringLiteral("Orlo Quarrydex Help"));
         QCOMPARE(help->property("topic").toInt(), QuarrydexHelp::instance()->count() - 1);
@@ -707,19 +714,16 @@ private Q_SLOTS:
     }
 
     // A dialog needing a QML module that is not installed fails only when it opens: each one
-    // the window can open is opened here once and closed again, without a warning.
+    // the window can open is opened here once and closed again, without a warning. They are
+    // made on first use.
     void every_dialog_of_the_window_opens_and_closes_cleanly() {
         const char* dialogs[] = {"aboutDialog", "photoDialog", "cameraSheet"};
-        for (const char* name : dialogs) {
-            QObject* dialog = window_->findChild<QObject*>(QLatin1String(name));
-            QVERIFY2(dialog, name);
-            QVERIFY(!dialog->property("visible").toBool());
-        }
         trigger(menuItem(QStringLiteral("Help"), QStringLiteral("About Orlo Quarrydex")));
         key(Qt::Key_O);
         key(Qt::Key_T, Qt::ControlModifier | Qt::ShiftModifier);
         for (const char* name : dialogs) {
             QObject* dialog = window_->findChild<QObject*>(QLatin1String(name));
+            QVERIFY2(dialog, name);
             QTRY_VERIFY2(dialog->property("visible").toBool(), name);
             QVERIFY(QMetaObject::invokeMethod(dialog, "close"));
             QTRY_VERIFY2(!dialog->property("visible").toBool(), name);

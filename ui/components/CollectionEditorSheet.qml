@@ -42,19 +42,22 @@ Dialog {
         bottomPadding: 0
     }
 
-    // The window opens and closes the sheet with the editor.
-    Connections {
-        target: sheet.editor
-        function onOpenChanged() {
-            if (sheet.editor.isOpen) {
-                sheet.open()
-                speciesFind.text = ""
-                nameField.forceActiveFocus()
-            } else {
-                sheet.close()
-            }
+    // The sheet opens and closes with the editor; the window makes it when the editor first
+    // opens.
+    function followEditor() {
+        if (sheet.editor.isOpen) {
+            sheet.open()
+            speciesFind.text = ""
+            nameField.forceActiveFocus()
+        } else {
+            sheet.close()
         }
     }
+    Connections {
+        target: sheet.editor
+        function onOpenChanged() { sheet.followEditor() }
+    }
+    Component.onCompleted: if (editor.isOpen) followEditor()
     onRejected: editor.cancel()
 
     // For tests and the dialog: takes an image file for the photo.

@@ -1,6 +1,5 @@
 import QtQuick
 import QtQuick.Controls
-import QtQuick.Dialogs
 import QtQuick.Layouts
 import Quarrydex
 
@@ -77,7 +76,7 @@ ThemedWindow {
                 SplitView.minimumWidth: Theme.detailMinWidth
                 sourceComponent: AppModel.libraryError !== "" ? libraryProblem
                                : AppModel.demoDetail !== "" ? demoDetail
-                               : window.screens[window.currentSection.raw]
+                               : window.screen(window.currentSection.raw)
             }
         }
     }
@@ -104,47 +103,83 @@ ThemedWindow {
             onAboutRequested: aboutDialog.open()
         }
     }
-    // One screen per section, made when the section is shown.
+    // One screen per section, made when the section is shown. Those given by file are read
+    // on their first visit, not with the window.
     readonly property var screens: ({
-        identify: identifyScreen, library: libraryScreen, favorites: favoritesScreen,
-        collection: collectionScreen, history: historyScreen, backup: backupScreen,
-        about: aboutScreen
+        identify: identifyScreen, library: "LibraryScreen.qml", favorites: "FavoritesScreen.qml",
+        collection: "CollectionScreen.qml", history: "HistoryScreen.qml",
+        backup: "BackupScreen.qml", about: aboutScreen
     })
+    property var screenFiles: ({})
+    function screen(raw) {
+        const screen = screens[raw]
+        if (typeof screen !== "string")
+            return screen
+        if (!screenFiles[raw])
+            screenFiles[raw] = Qt.createComponent(screen)
+        return screenFiles[raw]
+    }
     Component { id: identifyScreen; IdentifyScreen { onChoosePhotoRequested: photoDialog.open() } }
-    Component { id: libraryScreen; LibraryScreen {} }
-    Component { id: favoritesScreen; FavoritesScreen {} }
-    Component { id: collectionScreen; CollectionScreen {} }
-    Component { id: historyScreen; HistoryScreen {} }
-    Component { id: backupScreen; BackupScreen {} }
 
-    HelpWindow {
+    // The secondary windows and dialogs are made on first use, not with the window: the camera
+    // sheet starts the multimedia stack, and the open dialog and the collection editor bring in
+    // the dialogs module. Given by file, they are not even read before then. Each made object
+    // keeps its object name.
+    Loader {
         id: helpWindow
-    }
-
-    AboutDialog {
-        id: aboutDialog
-        objectName: "aboutDialog"
-    }
-
-    FileDialog {
-        id: photoDialog
-        objectName: "photoDialog"
-        title: qsTr("Choose a photo of your specimen")
-        fileMode: FileDialog.OpenFile
-        nameFilters: PhotoSources.nameFilters()
-        onAccepted: {
-            AppModel.setPhotoFromFileAsync(selectedFile)
-            AppModel.section = "identify"
+        active: false
+        source: "HelpWindow.qml"
+        function openOn(index) {
+            active = true
+            item.openOn(index)
         }
     }
 
-    CameraSheet {
+    Loader {
+        id: aboutDialog
+        anchors.fill: parent
+        active: false
+        source: "../components/AboutDialog.qml"
+        onLoaded: item.objectName = "aboutDialog"
+        function open() {
+            active = true
+            item.open()
+        }
+    }
+
+    Loader {
+        id: photoDialog
+        active: false
+        source: "../components/PhotoDialog.qml"
+        function open() {
+            active = true
+            item.open()
+        }
+    }
+
+    Loader {
         id: cameraSheet
+        anchors.fill: parent
+        active: false
+        source: "../components/CameraSheet.qml"
+        // Later requests reach the sheet itself.
+        onLoaded: if (AppModel.showCamera) item.open()
     }
 
     // The collection editor, opened from any screen through AppModel.collectionEditor.
-    CollectionEditorSheet {
+    Loader {
         id: collectionEditorSheet
+        anchors.fill: parent
+        active: false
+        source: "../components/CollectionEditorSheet.qml"
+    }
+    Connections {
+        target: AppModel
+        function onShowCameraChanged() { cameraSheet.active = true }
+    }
+    Connections {
+        target: AppModel.collectionEditor
+        function onOpenChanged() { collectionEditorSheet.active = true }
     }
     // "Add Specimen" from anywhere in the window.
     Shortcut {
