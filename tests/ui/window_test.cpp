@@ -722,11 +722,15 @@ private Q_SLOTS:
                 }
                 QCOMPARE(window_->activeFocusItem()->objectName(), button);
                 QTest::qWait(50);
+                // There and back, so the focus came from the keyboard even when the button
+                // had it already.
+                QTest::keyClick(window_, Qt::Key_Tab);
+                QTest::keyClick(window_, Qt::Key_Backtab, Qt::ShiftModifier);
+                QVERIFY(window_->activeFocusItem()->property("visualFocus").toBool());
                 QVERIFY(window_->grabWindow().save(folder + "/keys-focus-" + name));
 
                 trigger(menuItem(QStringLiteral("Help"), QStringLiteral("About Orlo Quarrydex")));
                 QTRY_VERIFY(dialog->property("opened").toBool());
-                QTest::keyClick(window_, Qt::Key_Tab);
                 QTest::qWait(50);
                 QVERIFY(window_->grabWindow().save(folder + "/keys-about-" + name));
                 QTest::keyClick(window_, Qt::Key_Escape);
