@@ -25,14 +25,27 @@ MenuBar {
         }
     }
 
-    // Alt or F10: open the first menu, or close the one that is open. Not while a dialog has the
-    // keyboard: the window behind it is out of reach.
-    function menuKey() {
+    // Whether a menu was open when Alt went down (an open menu closes on it).
+    property bool menuOpenAtAlt: false
+
+    function openIndex() {
         for (let i = 0; i < count; ++i) {
             if (menuAt(i).visible) {
-                menuAt(i).dismiss()
-                return
+                return i
             }
+        }
+        return -1
+    }
+
+    // Alt or F10: open the first menu, or close the one that is open. Not while a dialog has the
+    // keyboard: the window behind it is out of reach.
+    function menuKey(menuWasOpen) {
+        const open = openIndex()
+        if (open >= 0 || menuWasOpen) {
+            if (open >= 0) {
+                menuAt(open).dismiss()
+            }
+            return
         }
         let item = Window.activeFocusItem
         while (item) {
@@ -61,7 +74,9 @@ MenuBar {
 
     VxMenuBarKeys {
         window: bar.Window.window
-        onActivated: bar.menuKey()
+        onAltPressed: bar.menuOpenAtAlt = bar.openIndex() >= 0
+        onAltTapped: bar.menuKey(bar.menuOpenAtAlt)
+        onF10Pressed: bar.menuKey(false)
     }
 
     // The help's other keys beside F1: Ctrl+? as keyboards deliver it, with or without Shift.

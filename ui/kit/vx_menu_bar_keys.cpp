@@ -37,10 +37,15 @@ bool VxMenuBarKeys::eventFilter(QObject* watched, QEvent* event) {
         }
         const Qt::KeyboardModifiers others =
             key->modifiers() & ~(Qt::AltModifier | Qt::KeypadModifier);
-        altAlone_ = key->key() == Qt::Key_Alt && others == Qt::NoModifier;
+        const bool altAlone = key->key() == Qt::Key_Alt && others == Qt::NoModifier;
+        if (altAlone && !altAlone_) {
+            altAlone_ = true;
+            Q_EMIT altPressed();
+        }
+        altAlone_ = altAlone;
         if (event->type() == QEvent::KeyPress && watched == window_ && key->key() == Qt::Key_F10 &&
             key->modifiers() == Qt::NoModifier) {
-            Q_EMIT activated();
+            Q_EMIT f10Pressed();
             return true;
         }
         break;
@@ -53,7 +58,7 @@ bool VxMenuBarKeys::eventFilter(QObject* watched, QEvent* event) {
         const auto* key = static_cast<QKeyEvent*>(event);
         if (key->key() == Qt::Key_Alt && !key->isAutoRepeat() && altAlone_) {
             altAlone_ = false;
-            Q_EMIT activated();
+            Q_EMIT altTapped();
         }
         break;
     }

@@ -2,7 +2,7 @@
 // The two desktop keys that reach a window's menus without a letter: Alt pressed and released
 // on its own, and F10. Qt Quick's MenuBar answers only Alt with a title's letter, so this watches
 // the window's key events and says when either key asks for the menus; the menu bar decides what
-// to open.
+// to open or close.
 
 #include <QObject>
 #include <QPointer>
@@ -24,8 +24,12 @@ public:
 
 Q_SIGNALS:
     void windowChanged();
-    // Alt went down and up with nothing else in between, or F10 was pressed.
-    void activated();
+    // Alt went down on its own; said before the focused item sees the key, which may be an
+    // open menu that closes on it.
+    void altPressed();
+    // Alt went down and up with nothing else in between.
+    void altTapped();
+    void f10Pressed();
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
