@@ -16,12 +16,14 @@
 #include <QDir>
 #include <QGuiApplication>
 #include <QImage>
+#include <QKeySequence>
 #include <QQmlApplicationEngine>
 #include <QQmlListReference>
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QScopeGuard>
 #include <QScreen>
+#include <QSet>
 #include <QSettings>
 #include <QSignalSpy>
 #include <QStandardPaths>
@@ -73,18 +75,68 @@ public:
     explicit WindowTest(AppModel& model) : model_(model) {}
 
 private:
-    QObject* menu(const QString& title) const {
-        QObject* bar = window_->findChild<QObject*>(QStringLiteral("menuBar"));
-        if (!bar) {
-            bar = window_->property("menuBar").value<QObject*>();
+    // A menu text as shown: "&" marks the underlined letter, "&&" is a plain "&".
+    static QString shown(const QString& text) {
+        QString plain;
+        for (qsizetype i = 0; i < text.size(); ++i) {
+            if (text[i] == QLatin1Char('&') && i + 1 < text.size()) {
+                ++i;
+            }
+            plain += text[i];
         }
-        QQmlListReference menus(bar, "menus");
+        return plain;
+    }
+
+    static QStringList shownTexts(const QList<QQuickItem*>& items) {
+        QStringList texts;
+        for (QQuickItem* item : items) {
+            texts << shown(textOf(item));
+        }
+        return texts;
+    }
+
+    QQuickItem* menuBar() const { return window_->property("menuBar").value<QQuickItem*>(); }
+
+    QObject* menu(const QString& title) const {
+        QQmlListReference menus(menuBar(), "menus");
         for (qsizetype i = 0; i < menus.count(); ++i) {
-            if (menus.at(i)->property("title").toString().remove(QLatin1Char('&')) == title) {
+            if (shown(menus.at(i)->property("title").toString()) == title) {
                 return menus.at(i);
             }
         }
         return nullptr;
+    }
+
+    // The titles of the menu bar, in order.
+    QList<QQuickItem*> menuTitles() const {
+        QList<QQuickItem*> titles;
+        for (int i = 0; i < menuBar()->property("count").toInt(); ++i) {
+            QQuickItem* title = nullptr;
+            QMetaObject::invokeMethod(menuBar(), "itemAt", Q_RETURN_ARG(QQuickItem*, title),
+                                      Q_ARG(int, i));
+            titles.append(title);
+        }
+        return titles;
+    }
+
+    // The shown titles of the open menus and of the lit menu-bar titles.
+    QStringList openMenus() const {
+        QStringList open;
+        for (QQuickItem* title : menuTitles()) {
+            if (title->property("menu").value<QObject*>()->property("visible").toBool()) {
+                open << shown(textOf(title));
+            }
+        }
+        return open;
+    }
+    QStringList litTitles() const {
+        QStringList lit;
+        for (QQuickItem* title : menuTitles()) {
+            if (title->property("highlighted").toBool()) {
+                lit << shown(textOf(title));
+            }
+        }
+        return lit;
     }
 
     QList<QQuickItem*> menuItems(QObject* menu) const {
@@ -100,7 +152,7 @@ private:
 
     QQuickItem* menuItem(const QString& menuTitle, const QString& text) const {
         for (QQuickItem* item : menuItems(menu(menuTitle))) {
-            if (textOf(item) == text) {
+            if (shown(textOf(item)) == text) {
                 return item;
             }
         }
@@ -259,7 +311,7 @@ private Q_SLOTS:
 
     void the_window_opens_titled_without_warnings() {
         QCOMPARE(shownTitle(window_), QStringLiteral("Orlo Quarrydex"));
-                // The first frame does not wait for the secondary windows and dialogs.
+        // The first frame does not wait for the secondary windows and dialogs.
         for (const char* name :
              {"helpWindow", "aboutDialog", "photoDialog", "cameraSheet", "collectionEditor"}) {
             QVERIFY2(!window_->findChild<QObject*>(QLatin1String(name)), name);
@@ -308,12 +360,131 @@ private Q_SLOTS:
         }
     }
 
+    // Each menu title and item has an underlined letter of its own within its menu; the texts
+    // shown stay the program's own.
+    void every_menu_title_and_item_has_its_own_underlined_letter() {
+        QStringList titleKeys;
+        for (QQuickItem* title : menuTitles()) {
+            titleKeys << QKeySequence::mnemonic(textOf(title)).toString();
+        }
+        QCOMPARE(shownTexts(menuTitles()),
+                 (QStringList{"File", "Edit", "View", "Go", "Theme", "Help"}));
+        QCOMPARE(titleKeys, (QStringList{"Alt+F", "Alt+E", "Alt+V", "Alt+G", "Alt+T", "Alt+H"}));
+
+        QList<QObject*> menus;
+        for (QQuickItem* title : menuTitles()) {
+            menus << title->property("menu").value<QObject*>();
+        }
+        menus << menuItems(menu(QStringLiteral("View")))
+                     .last()
+                     ->property("subMenu")
+                     .value<QObject*>();
+        for (QObject* m : menus) {
+            QSet<QString> keys;
+            for (QQuickItem* item : menuItems(m)) {
+                if (!item->property("text").isValid()) {
+                    continue; // a separator
+                }
+                const QString key = QKeySequence::mnemonic(textOf(item)).toString();
+                QVERIFY2(!key.isEmpty(), qPrintable(textOf(item)));
+                QVERIFY2(!keys.contains(key), qPrintable(textOf(item)));
+                keys.insert(key);
+            }
+        }
+        QCOMPARE(shownTexts(menuItems(menu(QStringLiteral("Go")))),
+                 (QStringList{"Identify", "Library", "Favorites", "My Collection", "History",
+                              "Backup", "About & Help"}));
+    }
+
+    // Alt on its own and F10 open the first menu, the arrows move along the bar, Escape closes
+    // and leaves no title lit; Alt with a title's letter opens that menu and a letter then
+    // chooses an item.
+    void menus_open_move_and_close_from_the_keyboard() {
+        settle(window_);
+        QTest::keyClick(window_, Qt::Key_Alt);
+        QCOMPARE(openMenus(), QStringList{"File"});
+        QCOMPARE(litTitles(), QStringList{"File"});
+        QCOMPARE(menu(QStringLiteral("File"))->property("currentIndex").toInt(), 0);
+
+        QTest::keyClick(window_, Qt::Key_Right);
+        QTRY_COMPARE(openMenus(), QStringList{"Edit"});
+        QCOMPARE(litTitles(), QStringList{"Edit"});
+        QTest::keyClick(window_, Qt::Key_Left);
+        QTest::keyClick(window_, Qt::Key_Left);
+        QTRY_COMPARE(openMenus(), QStringList{"Help"});
+        QTest::keyClick(window_, Qt::Key_Escape);
+        QTRY_COMPARE(openMenus(), QStringList{});
+        QCOMPARE(litTitles(), QStringList{});
+
+        QTest::keyClick(window_, Qt::Key_F10);
+        QCOMPARE(openMenus(), QStringList{"File"});
+        QTest::keyClick(window_, Qt::Key_F10);
+        QTRY_COMPARE(openMenus(), QStringList{});
+        QCOMPARE(litTitles(), QStringList{});
+        QTest::keyClick(window_, Qt::Key_Alt);
+        QCOMPARE(openMenus(), QStringList{"File"});
+        QTest::keyClick(window_, Qt::Key_Alt);
+        QTRY_COMPARE(openMenus(), QStringList{});
+        QCOMPARE(litTitles(), QStringList{});
+
+        // Alt used with another key is no tap.
+        QTest::keyPress(window_, Qt::Key_Alt);
+        QTest::keyClick(window_, Qt::Key_Left, Qt::AltModifier);
+        QTest::keyRelease(window_, Qt::Key_Alt);
+        QCOMPARE(openMenus(), QStringList{});
+
+        QTest::keyClick(window_, Qt::Key_G, Qt::AltModifier);
+        QTRY_COMPARE(openMenus(), QStringList{"Go"});
+        QTest::keyClick(window_, Qt::Key_L);
+        QCOMPARE(model_.section(), QStringLiteral("library"));
+        QTRY_COMPARE(openMenus(), QStringList{});
+        QCOMPARE(litTitles(), QStringList{});
+    }
+
+    // A menu opened with the mouse and closed with Escape lets its title go out when the mouse
+    // leaves it, a later hover over the bar opens nothing, and the next click lands where it is
+    // aimed.
+    void escape_closes_a_clicked_menu_without_leaving_it_lit_or_eating_the_next_click() {
+        settle(window_);
+        // The offscreen platform has no mouse to hover with; a desktop has.
+        QList<QQuickItem*> titles = menuTitles();
+        for (QQuickItem* title : titles) {
+            title->setProperty("hoverEnabled", true);
+        }
+        QQuickItem* row = findItem(window_->contentItem(), QStringLiteral("sidebarRow_history"));
+        const QPoint away = centreOf(findItem(row, QStringLiteral("sidebarRowPlate")));
+        const auto openThenEscape = [&] {
+            QTest::mouseMove(window_, centreOf(titles[0]));
+            QTRY_VERIFY(titles[0]->property("hovered").toBool());
+            QTest::mouseClick(window_, Qt::LeftButton, {}, centreOf(titles[0]));
+            QTRY_COMPARE(openMenus(), QStringList{"File"});
+            QTest::keyClick(window_, Qt::Key_Escape);
+            QTRY_COMPARE(openMenus(), QStringList{});
+            QTest::mouseMove(window_, away);
+            QTRY_COMPARE(litTitles(), QStringList{});
+        };
+        openThenEscape();
+
+        QTest::mouseMove(window_, centreOf(titles[1]));
+        QTest::qWait(50);
+        QCOMPARE(openMenus(), QStringList{});
+        QTest::mouseClick(window_, Qt::LeftButton, {}, away);
+        QCOMPARE(model_.section(), QStringLiteral("history"));
+
+        // A click on the title of the open menu closes it; the next click opens it again.
+        QTest::mouseClick(window_, Qt::LeftButton, {}, centreOf(titles[0]));
+        QTRY_COMPARE(openMenus(), QStringList{"File"});
+        QTest::mouseClick(window_, Qt::LeftButton, {}, centreOf(titles[0]));
+        QTRY_COMPARE(openMenus(), QStringList{});
+        openThenEscape();
+    }
+
     void the_theme_menu_marks_the_choice_recolours_at_once_and_unknown_ids_fall_back() {
         QObject* themes = menu(QStringLiteral("Theme"));
         QVERIFY(themes);
         QList<QQuickItem*> items = menuItems(themes);
-        QCOMPARE(textsOf(items), (QStringList{"Malachite", "Cobalt", "Rose Quartz", "Amethyst",
-                                              "Obsidian", "Hematite"}));
+        QCOMPARE(shownTexts(items), (QStringList{"Malachite", "Cobalt", "Rose Quartz", "Amethyst",
+                                                 "Obsidian", "Hematite"}));
         QVERIFY(items[0]->property("checked").toBool());
 
         QQuickItem* sidebar = findItem(window_->contentItem(), QStringLiteral("sidebar"));
@@ -360,10 +531,10 @@ private Q_SLOTS:
         QObject* view = menu(QStringLiteral("View"));
         QVERIFY(view);
         QList<QQuickItem*> viewItems = menuItems(view);
-        QCOMPARE(textOf(viewItems.last()), QStringLiteral("Zoom Level"));
+        QCOMPARE(shown(textOf(viewItems.last())), QStringLiteral("Zoom Level"));
         QObject* submenu = viewItems.last()->property("subMenu").value<QObject*>();
         QVERIFY(submenu);
-        QCOMPARE(textsOf(menuItems(submenu)),
+        QCOMPARE(shownTexts(menuItems(submenu)),
                  (QStringList{"85%", "100%", "115%", "130%", "150%", "175%", "200%"}));
         trigger(menuItems(submenu)[2]);
         QCOMPARE(QSettings().value("orlo.zoom").toDouble(), 1.15);
@@ -683,6 +854,37 @@ private Q_SLOTS:
         QTRY_VERIFY(!linkNoticeOf(window_)->property("visible").toBool());
     }
 
+    // Ctrl+? opens help as keyboards deliver it, with or without Shift; the help window takes
+    // the zoom keys like the main window.
+    void ctrl_question_opens_help_and_the_help_window_zooms_with_the_keys() {
+        QQuickWindow* help = nullptr;
+        const Qt::KeyboardModifiers ctrlShift = Qt::ControlModifier | Qt::ShiftModifier;
+        const std::pair<Qt::Key, Qt::KeyboardModifiers> keys[] = {
+            {Qt::Key_Question, Qt::ControlModifier},
+            {Qt::Key_Question, ctrlShift},
+            {Qt::Key_Slash, ctrlShift}};
+        for (const auto& [k, modifiers] : keys) {
+            if (help) {
+                help->close();
+            }
+            window_->requestActivate();
+            QVERIFY(QTest::qWaitForWindowActive(window_));
+            key(k, modifiers);
+            help = window_->findChild<QQuickWindow*>(QStringLiteral("helpWindow"));
+            QVERIFY(help && help->isVisible());
+        }
+        help->requestActivate();
+        QVERIFY(QTest::qWaitForWindowActive(help));
+        QTest::keyClick(help, Qt::Key_Plus, Qt::ControlModifier);
+        QCOMPARE(VxZoom::instance()->value(), 1.15);
+        QTest::keyClick(help, Qt::Key_Equal, Qt::ControlModifier);
+        QCOMPARE(VxZoom::instance()->value(), 1.3);
+        QTest::keyClick(help, Qt::Key_Minus, Qt::ControlModifier);
+        QCOMPARE(VxZoom::instance()->value(), 1.15);
+        QTest::keyClick(help, Qt::Key_0, Qt::ControlModifier);
+        QCOMPARE(VxZoom::instance()->value(), 1.0);
+    }
+
     // Ctrl+N and Ctrl+Shift+T reach the model; Ctrl+Shift+V pastes only an image.
     void new_identification_camera_and_paste_photo_reach_the_model() {
         model_.setSection(QStringLiteral("history"));
@@ -731,6 +933,46 @@ private Q_SLOTS:
         QVERIFY(!model_.showCamera());
     }
 
+    // The about box holds the whole window: its dimming covers the menu bar too, section keys,
+    // menu keys and clicks on the bar do nothing behind it, and Escape closes it.
+    void the_about_box_is_modal_for_the_whole_window() {
+        // The brightest pixel of the first title's letters.
+        const QRect title =
+            menuTitles()[0]->mapRectToScene(menuTitles()[0]->boundingRect()).toRect();
+        const auto brightest = [&] {
+            const QImage shot = window_->grabWindow();
+            int lightness = 0;
+            for (int y = title.top(); y <= title.bottom(); ++y) {
+                for (int x = title.left(); x <= title.right(); ++x) {
+                    lightness = qMax(lightness, shot.pixelColor(x, y).lightness());
+                }
+            }
+            return lightness;
+        };
+        settle(window_);
+        const int undimmed = brightest();
+        trigger(menuItem(QStringLiteral("Help"), QStringLiteral("About Orlo Quarrydex")));
+        QObject* dialog = nullptr;
+        QTRY_VERIFY((dialog = window_->findChild<QObject*>(QStringLiteral("aboutDialog"))) &&
+                    dialog->property("opened").toBool());
+        QVERIFY2(brightest() < undimmed * 3 / 4, "the menu bar is dimmed");
+
+        key(Qt::Key_4);
+        key(Qt::Key_N);
+        QTest::keyClick(window_, Qt::Key_F10);
+        QTest::keyClick(window_, Qt::Key_Alt);
+        QTest::keyClick(window_, Qt::Key_H, Qt::AltModifier);
+        QTest::mouseClick(window_, Qt::LeftButton, {}, centreOf(menuTitles()[0]));
+        QCOMPARE(model_.section(), QStringLiteral("identify"));
+        QCOMPARE(openMenus(), QStringList{});
+        QVERIFY(dialog->property("visible").toBool());
+
+        QTest::keyClick(window_, Qt::Key_Escape);
+        QTRY_VERIFY(!dialog->property("visible").toBool());
+        key(Qt::Key_4);
+        QCOMPARE(model_.section(), QStringLiteral("collection"));
+    }
+
     void the_sample_collection_item_follows_the_store() {
         QList<QQuickItem*> help = menuItems(menu(QStringLiteral("Help")));
         QQuickItem* item = nullptr;
@@ -744,14 +986,14 @@ private Q_SLOTS:
         if (!model_.hasSampleSet()) {
             QSKIP("this build has no sample photos");
         }
-        QCOMPARE(textOf(item), QStringLiteral("Load Sample Collection"));
+        QCOMPARE(shown(textOf(item)), QStringLiteral("Load Sample Collection"));
         trigger(item);
         QVERIFY(model_.hasSamples());
         QCOMPARE(model_.section(), QStringLiteral("collection"));
-        QCOMPARE(textOf(item), QStringLiteral("Remove Sample Collection"));
+        QCOMPARE(shown(textOf(item)), QStringLiteral("Remove Sample Collection"));
         trigger(item);
         QVERIFY(!model_.hasSamples());
-        QCOMPARE(textOf(item), QStringLiteral("Load Sample Collection"));
+        QCOMPARE(shown(textOf(item)), QStringLiteral("Load Sample Collection"));
     }
 
     void a_library_that_failed_to_load_shows_the_problem() {
@@ -816,7 +1058,7 @@ private Q_SLOTS:
         for (const QString& title : QStringList{"File", "View", "Go", "Theme", "Help"}) {
             QQuickItem* entry = findIf(root, [&](QQuickItem* item) {
                 return QString(item->metaObject()->className()).contains("MenuBarItem") &&
-                       textOf(item) == title;
+                       shown(textOf(item)) == title;
             });
             QVERIFY2(entry, qPrintable(title));
             QTest::mouseClick(window_, Qt::LeftButton, {}, centreOf(entry));
@@ -874,6 +1116,57 @@ private Q_SLOTS:
                             ->grabWindow()
                             .save(folder + "/help-notice" + suffix));
                 window_->findChild<QQuickWindow*>("helpWindow")->close();
+            }
+        }
+        VxZoom::instance()->setLevel(100);
+    }
+
+    // Pictures of what the keyboard shows: the first menu opened with F10 and its underlined
+    // letters, a focus ring, and the about box; in three themes at 100 % and 200 %. Written
+    // into QUARRYDEX_SCREENSHOT_DIR; without it there is nothing to do.
+    void screenshots_of_menus_focus_rings_and_the_about_box() {
+        const QString folder = qEnvironmentVariable("QUARRYDEX_SCREENSHOT_DIR");
+        if (folder.isEmpty()) {
+            QSKIP("set QUARRYDEX_SCREENSHOT_DIR to a folder to take screenshots");
+        }
+        QDir().mkpath(folder);
+        QObject* dialog = nullptr;
+        for (const QString& id : {"malachite", "obsidian", "hematite"}) {
+            for (int percent : {100, 200}) {
+                const QString name = id + "-" + QString::number(percent) + ".png";
+                Theme::instance()->setThemeID(id);
+                VxZoom::instance()->setLevel(percent);
+                model_.setSection(QStringLiteral("identify"));
+                settle(window_);
+                QTest::keyClick(window_, Qt::Key_F10);
+                QTest::keyClick(window_, Qt::Key_Down);
+                QTest::qWait(50);
+                QVERIFY(window_->grabWindow().save(folder + "/keys-menu-" + name));
+                QTest::keyClick(window_, Qt::Key_Escape);
+                QTRY_COMPARE(openMenus(), QStringList{});
+
+                const QString button = QStringLiteral("choosePhotoButton");
+                for (int tabs = 0; tabs < 40 && window_->activeFocusItem()->objectName() != button;
+                     ++tabs) {
+                    QTest::keyClick(window_, Qt::Key_Tab);
+                }
+                QCOMPARE(window_->activeFocusItem()->objectName(), button);
+                QTest::qWait(50);
+                // There and back, so the focus came from the keyboard even when the button
+                // had it already.
+                QTest::keyClick(window_, Qt::Key_Tab);
+                QTest::keyClick(window_, Qt::Key_Backtab, Qt::ShiftModifier);
+                QVERIFY(window_->activeFocusItem()->property("visualFocus").toBool());
+                QVERIFY(window_->grabWindow().save(folder + "/keys-focus-" + name));
+
+                trigger(menuItem(QStringLiteral("Help"), QStringLiteral("About Orlo Quarrydex")));
+                QTRY_VERIFY(
+                    (dialog = window_->findChild<QObject*>(QStringLiteral("aboutDialog"))) &&
+                    dialog->property("opened").toBool());
+                QTest::qWait(50);
+                QVERIFY(window_->grabWindow().save(folder + "/keys-about-" + name));
+                QTest::keyClick(window_, Qt::Key_Escape);
+                QTRY_VERIFY(!dialog->property("visible").toBool());
             }
         }
         VxZoom::instance()->setLevel(100);

@@ -9,6 +9,10 @@ Dialog {
     id: dialog
 
     modal: true
+    // Takes the keyboard, so Return answers OK and nothing reaches the window behind; only
+    // Escape or OK close it, not a click beside it.
+    focus: true
+    closePolicy: Popup.CloseOnEscape
     anchors.centerIn: Overlay.overlay
     padding: Theme.margin
 

@@ -3,11 +3,88 @@ import QtQuick.Controls
 import Quarrydex
 
 // The window's menus. Commands that need a dialog of the window ask for it by signal.
+// Keyboard: Alt with a title's underlined letter opens that menu, and a letter alone then
+// chooses an item; Alt pressed and released on its own, or F10, opens the first menu; Left and
+// Right move between the menus; Escape closes them.
 MenuBar {
     id: bar
 
     signal choosePhotoRequested()
     signal aboutRequested()
+
+    // A title that is not ours to change, with its first letter as the mnemonic.
+    function withMnemonic(title) {
+        return "&" + title.replace(/&/g, "&&")
+    }
+
+    function openMenu(index) {
+        const title = itemAt(index)
+        title.triggered()
+        if (menuAt(index).visible) {
+            menuAt(index).currentIndex = 0
+        }
+    }
+
+    // Whether a menu was open when Alt went down (an open menu closes on it).
+    property bool menuOpenAtAlt: false
+
+    function openIndex() {
+        for (let i = 0; i < count; ++i) {
+            if (menuAt(i).visible) {
+                return i
+            }
+        }
+        return -1
+    }
+
+    // Alt or F10: open the first menu, or close the one that is open. Not while a dialog has the
+    // keyboard: the window behind it is out of reach.
+    function menuKey(menuWasOpen) {
+        const open = openIndex()
+        if (open >= 0 || menuWasOpen) {
+            if (open >= 0) {
+                menuAt(open).dismiss()
+            }
+            return
+        }
+        let item = Window.activeFocusItem
+        while (item) {
+            if (item === Overlay.overlay) {
+                return
+            }
+            item = item.parent
+        }
+        openMenu(0)
+    }
+
+    function showHelp() {
+        QuarrydexHelp.show("welcome")
+    }
+
+    delegate: MenuBarItem {
+        id: title
+        contentItem: Text {
+            text: OrloKitHost.mnemonicMarkup(title.text)
+            textFormat: Text.StyledText
+            font: title.font
+            color: title.down || title.highlighted ? title.palette.highlightedText : title.palette.text
+            verticalAlignment: Text.AlignVCenter
+        }
+    }
+
+    VxMenuBarKeys {
+        window: bar.Window.window
+        onAltPressed: bar.menuOpenAtAlt = bar.openIndex() >= 0
+        onAltTapped: bar.menuKey(bar.menuOpenAtAlt)
+        onF10Pressed: bar.menuKey(false)
+    }
+
+    // The help's other keys beside F1: Ctrl+? as keyboards deliver it, with or without Shift.
+    Shortcut {
+        sequences: ["Ctrl+?", "Ctrl+Shift+?", "Ctrl+Shift+/"]
+        onActivated: bar.showHelp()
+        onActivatedAmbiguously: bar.showHelp()
+    }
 
     function goTo(raw) {
         AppModel.demoDetail = ""
@@ -21,10 +98,10 @@ MenuBar {
     }
 
     VxMenu {
-        title: qsTr("File")
+        title: qsTr("&File")
         Action {
             objectName: "newIdentification"
-            text: qsTr("New Identification")
+            text: qsTr("&New Identification")
             shortcut: StandardKey.New
             onTriggered: {
                 AppModel.startOver()
@@ -32,47 +109,47 @@ MenuBar {
             }
         }
         Action {
-            text: qsTr("Choose Photo…")
+            text: qsTr("&Choose Photo…")
             shortcut: StandardKey.Open
             onTriggered: bar.choosePhotoRequested()
         }
         Action {
-            text: qsTr("Take Photo with Camera…")
+            text: qsTr("&Take Photo with Camera…")
             shortcut: "Ctrl+Shift+T"
             onTriggered: AppModel.showCamera = true
         }
         MenuSeparator {}
         Action {
-            text: qsTr("Quit")
+            text: qsTr("&Quit")
             shortcut: StandardKey.Quit
             onTriggered: Qt.quit()
         }
     }
 
     VxMenu {
-        title: qsTr("Edit")
+        title: qsTr("&Edit")
         Action {
             objectName: "pastePhoto"
-            text: qsTr("Paste Photo")
+            text: qsTr("&Paste Photo")
             shortcut: "Ctrl+Shift+V"
             onTriggered: bar.pastePhoto()
         }
     }
 
     VxZoomMenu {
-        title: qsTr("View")
+        title: qsTr("&View")
     }
 
     VxMenu {
         id: goMenu
-        title: qsTr("Go")
+        title: qsTr("&Go")
         Instantiator {
             model: AppModel.sections
             delegate: VxMenuItem {
                 required property var modelData
                 required property int index
                 action: Action {
-                    text: modelData.title
+                    text: bar.withMnemonic(modelData.title)
                     shortcut: "Ctrl+" + (index + 1)
                     onTriggered: bar.goTo(modelData.raw)
                 }
@@ -84,13 +161,13 @@ MenuBar {
 
     VxMenu {
         id: themeMenu
-        title: qsTr("Theme")
+        title: qsTr("&Theme")
         Instantiator {
             model: Theme.palettes
             delegate: VxMenuItem {
                 required property var modelData
                 objectName: "theme_" + modelData.id
-                text: modelData.name
+                text: bar.withMnemonic(modelData.name)
                 checkable: true
                 checked: Theme.themeID === modelData.id
                 onTriggered: {
@@ -105,18 +182,18 @@ MenuBar {
     }
 
     VxMenu {
-        title: qsTr("Help")
+        title: qsTr("&Help")
         Action {
-            text: qsTr("Orlo Quarrydex Help")
+            text: qsTr("Orlo Quarrydex &Help")
             shortcut: StandardKey.HelpContents
-            onTriggered: QuarrydexHelp.show("welcome")
+            onTriggered: bar.showHelp()
         }
         Action {
-            text: qsTr("How Identification Works")
+            text: qsTr("How &Identification Works")
             onTriggered: QuarrydexHelp.show("identify")
         }
         Action {
-            text: qsTr("Sample Photo Credits")
+            text: qsTr("Sample Photo &Credits")
             onTriggered: QuarrydexHelp.show("samples")
         }
         MenuSeparator {}
@@ -126,18 +203,18 @@ MenuBar {
             objectName: "sampleCollectionItem"
             visible: offered
             height: visible ? implicitHeight : 0
-            text: AppModel.hasSamples ? qsTr("Remove Sample Collection")
-                                      : qsTr("Load Sample Collection")
+            text: AppModel.hasSamples ? qsTr("&Remove Sample Collection")
+                                      : qsTr("&Load Sample Collection")
             onTriggered: AppModel.hasSamples ? AppModel.removeSampleCollection()
                                              : AppModel.loadSampleCollection()
         }
         Action {
-            text: qsTr("Visit %1").arg(Branding.company)
+            text: qsTr("&Visit %1").arg(Branding.company)
             onTriggered: Links.open(Branding.website, bar)
         }
         MenuSeparator {}
         Action {
-            text: qsTr("About %1").arg(Branding.displayName)
+            text: qsTr("&About %1").arg(Branding.displayName)
             onTriggered: bar.aboutRequested()
         }
     }

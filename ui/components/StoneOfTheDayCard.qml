@@ -22,6 +22,13 @@ VxPanel {
     Keys.onEnterPressed: card.opened(card.stone.specimenId)
     Keys.onSpacePressed: card.opened(card.stone.specimenId)
 
+    // Outside the panel's padding, around the whole card.
+    FocusRing {
+        parent: card
+        radius: card.radius + Theme.spacingSmall
+        shown: card.activeFocus
+    }
+
     RowLayout {
         id: row
         width: parent.width

@@ -19,4 +19,17 @@ Menu {
         }
         return Math.max(implicitWidth, widest + leftPadding + rightPadding)
     }
+
+    // Qt Quick's MenuBar keeps the title of a menu closed with Escape lit while the mouse rests
+    // on it, and still counts the menu as open: the next click on the title only "closes" it and
+    // moving along the bar opens the others. Replaying the close with the title unhovered lets
+    // the bar put the title out and forget the menu; the next mouse move hovers it again.
+    onClosed: {
+        const title = parent
+        if (title && title.menuBar !== undefined && title.menu === menu && title.highlighted
+                && title.hovered) {
+            OrloKitHost.endHover(title)
+            menu.aboutToHide()
+        }
+    }
 }

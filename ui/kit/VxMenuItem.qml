@@ -3,13 +3,55 @@ import QtQuick.Controls
 import QtQuick.Layouts
 import Quarrydex
 
-// A menu item that shows its action's keyboard shortcut at the right edge. Texts are shown as
-// they are: an "&" is a letter here, not a mnemonic.
+// A menu item that shows its action's keyboard shortcut at the right edge. An "&" in the text
+// marks the mnemonic: the letter is underlined, and typing it while the menu is open chooses
+// the item ("&&" is a plain "&").
 MenuItem {
     id: item
 
     readonly property string shortcutText: action ? OrloKitHost.shortcutText(action.shortcut) : ""
     readonly property color foreground: highlighted ? palette.highlightedText : palette.windowText
+    // The letter after the first single "&", as a key: "Zoom &In" gives "I".
+    readonly property string mnemonicKey: {
+        for (let i = 0; i < text.length - 1; ++i) {
+            if (text[i] === "&") {
+                if (text[i + 1] !== "&") {
+                    return text[i + 1].toUpperCase()
+                }
+                ++i
+            }
+        }
+        return ""
+    }
+
+    // What a click does: open the submenu, or run the action (or toggle the item) and close the
+    // menus.
+    function choose() {
+        if (subMenu) {
+            triggered()
+            return
+        }
+        if (action) {
+            action.trigger(item)
+        } else {
+            if (checkable) {
+                toggle()
+            }
+            triggered()
+        }
+        if (menu && menu.visible) {
+            menu.dismiss()
+        }
+    }
+
+    // Qt Quick's menus answer a mnemonic only with Alt; in desktop menus the letter alone
+    // chooses the item. Only the open menu on top takes it (the shortcut sits in that popup).
+    Shortcut {
+        enabled: item.mnemonicKey !== "" && item.enabled && item.visible && item.menu !== null
+                 && item.menu.opened
+        sequence: item.mnemonicKey
+        onActivated: item.choose()
+    }
 
     // A plain check mark in front of the chosen item of a group, as desktop menus draw it.
     indicator: Text {
@@ -32,7 +74,8 @@ MenuItem {
         Text {
             Layout.leftMargin: parent.indicatorPadding
             Layout.fillWidth: true
-            text: item.text
+            text: OrloKitHost.mnemonicMarkup(item.text)
+            textFormat: Text.StyledText
             font: item.font
             color: item.foreground
             opacity: item.enabled ? 1 : 0.5

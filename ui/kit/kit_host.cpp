@@ -1,7 +1,10 @@
 #include "ui/kit/kit_host.h"
 
+#include <QCoreApplication>
+#include <QHoverEvent>
 #include <QJSEngine>
 #include <QKeySequence>
+#include <QQuickItem>
 
 namespace quarrydex::ui {
 
@@ -56,6 +59,35 @@ QString OrloKitHost::shortcutText(const QVariant& shortcut) {
         sequence = shortcut.value<QKeySequence>();
     }
     return sequence.toString(QKeySequence::NativeText);
+}
+
+QString OrloKitHost::mnemonicMarkup(const QString& text) {
+    QString markup;
+    bool underlined = false;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        QString letter = text.at(i);
+        if (letter == QLatin1String("&") && i + 1 < text.size()) {
+            letter = text.at(++i);
+            if (letter != QLatin1String("&") && !underlined) {
+                underlined = true;
+                markup += QLatin1String("<u>") + letter.toHtmlEscaped() + QLatin1String("</u>");
+                continue;
+            }
+        } else if (letter == QLatin1String("&")) {
+            continue; // a lone "&" at the end marks nothing
+        }
+        markup += letter.toHtmlEscaped();
+    }
+    return markup;
+}
+
+void OrloKitHost::endHover(QQuickItem* item) {
+    if (!item) {
+        return;
+    }
+    const QPointF outside(-1, -1);
+    QHoverEvent leave(QEvent::HoverLeave, outside, outside, outside);
+    QCoreApplication::sendEvent(item, &leave);
 }
 
 } // namespace quarrydex::ui

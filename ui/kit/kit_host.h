@@ -13,6 +13,7 @@
 
 class QQmlEngine;
 class QJSEngine;
+class QQuickItem;
 
 namespace quarrydex::ui {
 
@@ -68,6 +69,12 @@ public:
     // A shortcut as menus show it ("Ctrl+Shift+V"): `shortcut` is a key sequence text or a
     // QKeySequence::StandardKey, as an Action holds it. Empty for none.
     Q_INVOKABLE static QString shortcutText(const QVariant& shortcut);
+    // A menu text as styled text with its mnemonic letter underlined: "&File" gives
+    // "<u>F</u>ile", "&&" a plain "&". Everything else is escaped, so it shows as written.
+    Q_INVOKABLE static QString mnemonicMarkup(const QString& text);
+    // Tells `item` that the pointer has left it, as if it had moved away; the next move over it
+    // hovers it again.
+    Q_INVOKABLE static void endHover(QQuickItem* item);
 
 Q_SIGNALS:
     void themeChanged();

@@ -175,6 +175,10 @@ FocusScope {
                 Keys.onReturnPressed: detail.openSpecimen(detail.entry.speciesId)
                 Keys.onSpacePressed: detail.openSpecimen(detail.entry.speciesId)
 
+                FocusRing {
+                    radius: speciesRow.radius + Theme.spacingSmall
+                    shown: speciesRow.activeFocus
+                }
                 MouseArea {
                     id: speciesMouse
                     anchors.fill: parent

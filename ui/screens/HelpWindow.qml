@@ -35,6 +35,8 @@ ThemedWindow {
         }
     }
 
+    VxZoomShortcuts {}
+
     Shortcut {
         sequences: [StandardKey.Close]
         onActivated: window.close()
