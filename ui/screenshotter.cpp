@@ -105,12 +105,26 @@ Screenshotter::Screenshotter(QString folder, AppModel& model, QObject* parent)
 
 void Screenshotter::run() {
     QDir().mkpath(folder_);
+    // The pictures are the same whatever size the window was left at (or the screen allows):
+    // normal windows take the picture size for the tour and get their own back at its end, so
+    // the place the window remembers doesn't change.
+    for (QQuickWindow* window : visibleWindows()) {
+        if (window->windowStates() == Qt::WindowNoState) {
+            resized_.emplace_back(window, window->geometry());
+            window->resize(pictureSize);
+        }
+    }
     model_.loadDemoData();
     next(0);
 }
 
 void Screenshotter::next(std::size_t index) {
     if (index >= tour().size()) {
+        for (const auto& [window, geometry] : resized_) {
+            if (window) {
+                window->setGeometry(geometry);
+            }
+        }
         Q_EMIT finished();
         QCoreApplication::quit();
         return;

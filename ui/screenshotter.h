@@ -10,14 +10,19 @@
 // cannot be drawn or a file that cannot be written just gives no picture.
 
 #include <QObject>
+#include <QPointer>
+#include <QRect>
+#include <QSize>
 #include <QString>
 #include <QStringList>
 
 #include <chrono>
 #include <functional>
+#include <utility>
 #include <vector>
 
 class QQuickItem;
+class QQuickWindow;
 
 namespace quarrydex {
 class AppModel;
@@ -39,6 +44,8 @@ public:
     static constexpr std::chrono::milliseconds startDelay{2000};
     // From a step's action to its pictures.
     static constexpr std::chrono::milliseconds stepDelay{1800};
+    // The size of the main window in the pictures.
+    static constexpr QSize pictureSize{1200, 800};
     // From scrolling to the pictures of a scrolled step.
     static constexpr std::chrono::milliseconds scrollDelay{600};
 
@@ -71,6 +78,8 @@ private:
 
     QString folder_;
     AppModel& model_;
+    // Windows set to the picture size for the tour, with the place each had before.
+    std::vector<std::pair<QPointer<QQuickWindow>, QRect>> resized_;
 };
 
 } // namespace quarrydex::ui

@@ -27,7 +27,8 @@ Item {
 
         Rectangle {
             color: Theme.surface
-            Layout.preferredWidth: Theme.sidebarWidth + Theme.margin * 2
+            // At most a third of the window, so the reading pane keeps room when zoomed.
+            Layout.preferredWidth: Math.min(Theme.sidebarWidth + Theme.margin * 2, view.width / 3)
             Layout.fillHeight: true
 
             ListView {
