@@ -27,8 +27,7 @@ Item {
 
         Rectangle {
             color: Theme.surface
-            // At most a third of the window, so the reading pane keeps room when zoomed.
-            Layout.preferredWidth: Math.min(Theme.sidebarWidth + Theme.margin * 2, view.width / 3)
+            Layout.preferredWidth: Theme.sidebarWidth + Theme.margin * 2
             Layout.fillHeight: true
 
             ListView {
