@@ -107,13 +107,8 @@ private Q_SLOTS:
             return drives;
         });
         addPiece("Amethyst");
-        engine_ = std::make_unique<QQmlApplicationEngine>();
-        quarrydex::ui::prepareEngine(*engine_);
-        engine_->load(quarrydex::ui::mainWindowUrl());
-        QCOMPARE(engine_->rootObjects().size(), 1);
-        window_ = qobject_cast<QQuickWindow*>(engine_->rootObjects().first());
+        window_ = openMainWindow(engine_, false);
         QVERIFY(window_);
-        QVERIFY(QTest::qWaitForWindowExposed(window_));
     }
 
     void init() {

@@ -118,15 +118,8 @@ private:
 private Q_SLOTS:
     void initTestCase() {
         failOnAnyWarning();
-        engine_ = std::make_unique<QQmlApplicationEngine>();
-        quarrydex::ui::prepareEngine(*engine_);
-        engine_->load(quarrydex::ui::mainWindowUrl());
-        QCOMPARE(engine_->rootObjects().size(), 1);
-        window_ = qobject_cast<QQuickWindow*>(engine_->rootObjects().first());
+        window_ = openMainWindow(engine_);
         QVERIFY(window_);
-        QVERIFY(QTest::qWaitForWindowExposed(window_));
-        window_->requestActivate();
-        QVERIFY(QTest::qWaitForWindowActive(window_));
     }
 
     void init() {

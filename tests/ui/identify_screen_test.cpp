@@ -210,13 +210,8 @@ private:
 private Q_SLOTS:
     void initTestCase() {
         failOnAnyWarning();
-        engine_ = std::make_unique<QQmlApplicationEngine>();
-        quarrydex::ui::prepareEngine(*engine_);
-        engine_->load(quarrydex::ui::mainWindowUrl());
-        QCOMPARE(engine_->rootObjects().size(), 1);
-        window_ = qobject_cast<QQuickWindow*>(engine_->rootObjects().first());
+        window_ = quarrydex::test::openMainWindow(engine_, false);
         QVERIFY(window_);
-        QVERIFY(QTest::qWaitForWindowExposed(window_));
     }
 
     void init() {

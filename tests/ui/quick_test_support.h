@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QFile>
 #include <QPoint>
+#include <QQmlApplicationEngine>
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QRegularExpression>
@@ -16,6 +17,7 @@
 #include <QTest>
 
 #include <functional>
+#include <memory>
 
 #include "ui/windowed_app.h"
 
@@ -115,6 +117,29 @@ inline void prepareQuickTestProcess(const QString& home) {
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, home + "/config");
     quarrydex::ui::describeApplication();
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+}
+
+// Loads the program's main window into a fresh `engine` and waits until it is shown, and
+// active when `activate` is set. Null when it didn't load or show.
+inline QQuickWindow* openMainWindow(std::unique_ptr<QQmlApplicationEngine>& engine,
+                                    bool activate = true) {
+    engine = std::make_unique<QQmlApplicationEngine>();
+    quarrydex::ui::prepareEngine(*engine);
+    engine->load(quarrydex::ui::mainWindowUrl());
+    if (engine->rootObjects().size() != 1) {
+        return nullptr;
+    }
+    auto* window = qobject_cast<QQuickWindow*>(engine->rootObjects().first());
+    if (!window || !QTest::qWaitForWindowExposed(window)) {
+        return nullptr;
+    }
+    if (activate) {
+        window->requestActivate();
+        if (!QTest::qWaitForWindowActive(window)) {
+            return nullptr;
+        }
+    }
+    return window;
 }
 
 } // namespace quarrydex::test
