@@ -79,6 +79,8 @@ constexpr char16_t fallbackGlyph = 0xF625; // help-circle-outline
 Icons::Icons(QObject* parent) : QObject(parent) {}
 
 Icons* Icons::create(QQmlEngine*, QJSEngine*) {
+    // The font is added when the windows first ask for a symbol, not before the first frame.
+    loadFont();
     return new Icons;
 }
 

@@ -36,8 +36,8 @@ public:
     explicit Icons(QObject* parent = nullptr);
     static Icons* create(QQmlEngine*, QJSEngine*);
 
-    // Registers the icon font with the application; call once after the application object
-    // exists. False (with a warning) when the font file is missing.
+    // Registers the icon font with the application, once; the QML singleton does it when it is
+    // made. False (with a warning) when the font file is missing.
     static bool loadFont();
     static QString family();
 

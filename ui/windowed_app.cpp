@@ -4,7 +4,6 @@
 #include "store/data_folder_lock.h"
 #include "ui/first_frame_report.h"
 #include "ui/help.h"
-#include "ui/icons.h"
 #include "ui/kit/kit_host.h"
 #include "ui/screenshotter.h"
 #include "ui/theme.h"
@@ -92,7 +91,6 @@ void describeApplication() {
 }
 
 void installKit() {
-    Icons::loadFont();
     // Fusion draws the standard controls (menus, scroll bars, dialogs) from the palette,
     // which the windows bind to the theme: always dark, whatever the desktop uses.
     QQuickStyle::setStyle(QStringLiteral("Fusion"));

@@ -41,6 +41,7 @@ using quarrydex::Matcher;
 using quarrydex::RGB;
 using quarrydex::ui::Theme;
 using quarrydex::ui::VxZoom;
+using namespace quarrydex::test;
 
 namespace {
 
@@ -48,58 +49,9 @@ const QString kBadPhoto =
     QStringLiteral("That file couldn't be opened as a photo. Try a JPEG, HEIC or PNG.");
 const QString kNoClipboardImage = QStringLiteral("There's no image on the clipboard.");
 
-void failOnAnyWarning() {
-    QTest::failOnWarning(
-        QRegularExpression(QStringLiteral("^(?!This plugin does not support raise\\(\\)$).*")));
-}
-
-QQuickItem* findIf(QQuickItem* root, const std::function<bool(QQuickItem*)>& match) {
-    if (!root || match(root)) {
-        return root;
-    }
-    for (QQuickItem* child : root->childItems()) {
-        if (QQuickItem* found = findIf(child, match)) {
-            return found;
-        }
-    }
-    return nullptr;
-}
-
-QQuickItem* findItem(QQuickItem* root, const QString& name) {
-    return findIf(root, [&](QQuickItem* item) { return item->objectName() == name; });
-}
-
-QList<QQuickItem*> findAll(QQuickItem* root, const std::function<bool(QQuickItem*)>& match) {
-    QList<QQuickItem*> found;
-    if (!root) {
-        return found;
-    }
-    if (match(root)) {
-        found << root;
-    }
-    for (QQuickItem* child : root->childItems()) {
-        found << findAll(child, match);
-    }
-    return found;
-}
-
-QString textOf(QQuickItem* item) {
-    return item ? item->property("text").toString() : QString();
-}
-
 // Shown on screen: visible itself and all the way up.
 bool shown(QQuickItem* item) {
     return item && item->isVisible() && item->opacity() > 0;
-}
-
-QPoint centreOf(QQuickItem* item) {
-    return item->mapToScene(QPointF(item->width() / 2, item->height() / 2)).toPoint();
-}
-
-void settle(QQuickWindow* window) {
-    QSignalSpy drawn(window, &QQuickWindow::frameSwapped);
-    window->update();
-    drawn.wait(2000);
 }
 
 QByteArray encoded(const QColor& color, const char* format, int width = 240, int height = 180) {
@@ -135,7 +87,7 @@ private:
     QQuickItem* item(const QString& name) const { return findItem(screen(), name); }
     QQuickItem* picker(const QString& question) const { return item("picker_" + question); }
     QList<QQuickItem*> resultRows() const {
-        return findAll(screen(), [](QQuickItem* i) {
+        return findAllIf(screen(), [](QQuickItem* i) {
             return i->objectName().startsWith(QLatin1String("resultRow_")) && i->isVisible();
         });
     }

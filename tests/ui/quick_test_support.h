@@ -23,11 +23,12 @@
 
 namespace quarrydex::test {
 
-// Every warning fails a test, except the offscreen platform's note that it cannot raise a
-// window above the others. Call in initTestCase() and init().
+// Every warning fails a test, except the offscreen platform's notes that it cannot raise a
+// window above the others or pass size limits on to a window manager. Call in initTestCase()
+// and init().
 inline void failOnAnyWarning() {
-    QTest::failOnWarning(
-        QRegularExpression(QStringLiteral("^(?!This plugin does not support raise\\(\\)$).*")));
+    QTest::failOnWarning(QRegularExpression(QStringLiteral(
+        "^(?!This plugin does not support (raise\\(\\)|propagateSizeHints\\(\\))$).*")));
 }
 
 // The first item in the tree under `root`, itself included, that `match` accepts.
@@ -53,21 +54,25 @@ inline QQuickItem* findVisible(QQuickItem* root, const QString& name) {
         root, [&](QQuickItem* item) { return item->objectName() == name && item->isVisible(); });
 }
 
-// Every item of that name under `root`, in tree order.
-inline QList<QQuickItem*> findAll(QQuickItem* root, const QString& name) {
+// Every item under `root`, itself included, that `match` accepts, in tree order.
+inline QList<QQuickItem*> findAllIf(QQuickItem* root,
+                                    const std::function<bool(QQuickItem*)>& match) {
     QList<QQuickItem*> found;
-    std::function<void(QQuickItem*)> walk = [&](QQuickItem* item) {
-        if (item->objectName() == name) {
-            found.append(item);
-        }
-        for (QQuickItem* child : item->childItems()) {
-            walk(child);
-        }
-    };
-    if (root) {
-        walk(root);
+    if (!root) {
+        return found;
+    }
+    if (match(root)) {
+        found.append(root);
+    }
+    for (QQuickItem* child : root->childItems()) {
+        found << findAllIf(child, match);
     }
     return found;
+}
+
+// Every item of that name under `root`, in tree order.
+inline QList<QQuickItem*> findAll(QQuickItem* root, const QString& name) {
+    return findAllIf(root, [&](QQuickItem* item) { return item->objectName() == name; });
 }
 
 inline QString textOf(QQuickItem* item) {
@@ -131,6 +136,10 @@ inline QQuickWindow* openMainWindow(std::unique_ptr<QQmlApplicationEngine>& engi
     }
     auto* window = qobject_cast<QQuickWindow*>(engine->rootObjects().first());
     if (!window || !QTest::qWaitForWindowExposed(window)) {
+        return nullptr;
+    }
+    // The menus and the sections come with the frame after the first.
+    if (!QTest::qWaitFor([window] { return window->property("ready").toBool(); })) {
         return nullptr;
     }
     if (activate) {

@@ -1124,9 +1124,10 @@ private Q_SLOTS:
         }
         QDir().mkpath(folder);
         QObject* dialog = nullptr;
-        for (const QString& id : {"malachite", "obsidian", "hematite"}) {
+        for (QLatin1String id :
+             {QLatin1String("malachite"), QLatin1String("obsidian"), QLatin1String("hematite")}) {
             for (int percent : {100, 200}) {
-                const QString name = id + "-" + QString::number(percent) + ".png";
+                const QString name = QString(id) + "-" + QString::number(percent) + ".png";
                 Theme::instance()->setThemeID(id);
                 VxZoom::instance()->setLevel(percent);
                 model_.setSection(QStringLiteral("identify"));

@@ -3,8 +3,8 @@ import QtQuick.Controls
 import QtQuick.Layouts
 import Quarrydex
 
-// The main window: sidebar and detail, the menus, and the windows and dialogs they open.
-// Closing it quits the program.
+// The main window: the menus, the body (sidebar and detail, MainContent.qml), and the windows
+// and dialogs they open. Closing it quits the program.
 ThemedWindow {
     id: window
 
@@ -20,106 +20,35 @@ ThemedWindow {
         id: placement
         objectName: "windowPlacement"
         window: window
-        sidebar: sidebar
+        sidebar: body.item ? body.item.sidebar : null
         defaultSize: Qt.size(Theme.windowWidth, Theme.windowHeight)
         defaultSidebarWidth: Theme.sidebarWidth
     }
 
-    readonly property var currentSection: {
-        const raw = AppModel.section === "" ? "identify" : AppModel.section
-        return AppModel.sections.find(s => s.raw === raw)
+    // The first frame is the bare window. The menus and the window's body are read and made
+    // while it is drawn, and come with the next; `ready` says they are there.
+    readonly property bool ready: menuBar !== null && body.status === Loader.Ready
+    FirstFrame {
+        window: window
+        onPassedChanged: {
+            const menus = Qt.createComponent("../components/AppMenuBar.qml")
+            window.menuBar = menus.createObject(window, { objectName: "menuBar" })
+            window.menuBar.choosePhotoRequested.connect(() => photoDialog.open())
+            window.menuBar.aboutRequested.connect(() => aboutDialog.open())
+            body.setSource("MainContent.qml", { sidebarWidth: placement.sidebarWidth })
+        }
     }
 
-    menuBar: AppMenuBar {
-        objectName: "menuBar"
-        onChoosePhotoRequested: photoDialog.open()
-        onAboutRequested: aboutDialog.open()
-    }
-
-    VxZoomHost {
-        id: zoomHost
-        objectName: "zoomHost"
+    Loader {
+        id: body
         anchors.fill: parent
-        minWidth: Theme.minWindowWidth
-        minHeight: Theme.minWindowHeight
-
-        SplitView {
-            id: split
-            anchors.fill: parent
-            orientation: Qt.Horizontal
-
-            handle: Item {
-                implicitWidth: Theme.spacingSmall
-                Rectangle {
-                    anchors.horizontalCenter: parent.horizontalCenter
-                    width: Theme.hairlineWidth
-                    height: parent.height
-                    color: Theme.hairline
-                }
-            }
-
-            Sidebar {
-                id: sidebar
-                objectName: "sidebar"
-                SplitView.minimumWidth: Theme.sidebarMinWidth
-                SplitView.preferredWidth: placement.sidebarWidth
-                // The detail keeps its minimum width, whatever the handle is dragged to.
-                SplitView.maximumWidth: Math.max(Theme.sidebarMinWidth,
-                                                 split.width - Theme.detailMinWidth - Theme.spacingSmall)
-            }
-
-            Loader {
-                id: detail
-                objectName: "detail"
-                focus: true
-                SplitView.fillWidth: true
-                SplitView.minimumWidth: Theme.detailMinWidth
-                sourceComponent: AppModel.libraryError !== "" ? libraryProblem
-                               : AppModel.demoDetail !== "" ? demoDetail
-                               : window.screen(window.currentSection.raw)
-            }
-        }
+        focus: true
     }
-
-    Component {
-        id: libraryProblem
-        ProblemNotice {
-            objectName: "libraryProblem"
-            title: qsTr("The stone library couldn't be loaded")
-            message: AppModel.libraryError
-        }
+    Connections {
+        target: body.item
+        function onChoosePhotoRequested() { photoDialog.open() }
+        function onAboutRequested() { aboutDialog.open() }
     }
-    Component {
-        id: demoDetail
-        SpecimenDetailScreen {
-            specimenId: AppModel.demoDetail
-            onBackRequested: AppModel.demoDetail = ""
-            onOpenSpecimen: (id) => AppModel.demoDetail = id
-        }
-    }
-    Component {
-        id: aboutScreen
-        AboutHelpScreen {
-            onAboutRequested: aboutDialog.open()
-        }
-    }
-    // One screen per section, made when the section is shown. Those given by file are read
-    // on their first visit, not with the window.
-    readonly property var screens: ({
-        identify: identifyScreen, library: "LibraryScreen.qml", favorites: "FavoritesScreen.qml",
-        collection: "CollectionScreen.qml", history: "HistoryScreen.qml",
-        backup: "BackupScreen.qml", about: aboutScreen
-    })
-    property var screenFiles: ({})
-    function screen(raw) {
-        const screen = screens[raw]
-        if (typeof screen !== "string")
-            return screen
-        if (!screenFiles[raw])
-            screenFiles[raw] = Qt.createComponent(screen)
-        return screenFiles[raw]
-    }
-    Component { id: identifyScreen; IdentifyScreen { onChoosePhotoRequested: photoDialog.open() } }
 
     // The secondary windows and dialogs are made on first use, not with the window: the camera
     // sheet starts the multimedia stack, and the open dialog and the collection editor bring in
