@@ -1,5 +1,7 @@
 #include "app/app_model.h"
 
+#include "app/qt_values.h"
+
 #include "app/specimen_facts.h"
 #include "identify/image_tools.h"
 #include "identify/question.h"
@@ -20,10 +22,6 @@
 namespace quarrydex {
 
 namespace {
-
-QString qs(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
 
 std::string utf8(const QString& text) {
     return text.toUtf8().toStdString();

@@ -1,5 +1,7 @@
 #include "app/candidate_list_model.h"
 
+#include "app/qt_values.h"
+
 #include <QStringList>
 #include <algorithm>
 #include <iterator>
@@ -7,10 +9,6 @@
 namespace quarrydex {
 
 namespace {
-
-QString qs(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
 
 QStringList stringList(const std::vector<std::string>& lines) {
     QStringList out;
@@ -36,17 +34,6 @@ QVariant CandidateListModel::data(const QModelIndex& index, int role) const {
     const Candidate& c = candidates_[static_cast<std::size_t>(index.row())];
     const Specimen& s = c.specimen;
     switch (role) {
-    case Qt::DisplayRole:
-    case NameRole:
-        return qs(s.name);
-    case SpecimenIdRole:
-        return qs(s.id);
-    case CategoryRole:
-        return qs(info(s.category).rawValue);
-    case CategoryTitleRole:
-        return qs(info(s.category).singular);
-    case GroupRole:
-        return qs(s.group);
     case RankRole:
         return index.row() + 1;
     case PercentRole:
@@ -57,39 +44,29 @@ QVariant CandidateListModel::data(const QModelIndex& index, int role) const {
         return stringList(c.fits);
     case MisfitsRole:
         return stringList(c.misfits);
-    case HardnessTextRole:
-        return qs(s.hardnessText());
     case LusterRole:
         return qs(s.luster);
     case StreakRole:
         return qs(s.streak);
-    case ColorHexRole:
-        return s.colorHex.empty() ? QString() : qs(s.colorHex.front());
     case FavoriteRole:
         return isFavorite_ && isFavorite_(s.id);
     default:
-        return {};
+        return SpecimenRoles::data(s, role);
     }
 }
 
 QHash<int, QByteArray> CandidateListModel::roleNames() const {
-    return {
-        {SpecimenIdRole, "specimenId"},
-        {NameRole, "name"},
-        {CategoryRole, "category"},
-        {CategoryTitleRole, "categoryTitle"},
-        {GroupRole, "group"},
+    QHash<int, QByteArray> names = SpecimenRoles::names();
+    names.insert({
         {RankRole, "rank"},
         {PercentRole, "percent"},
         {ConfidenceRole, "confidence"},
         {FitsRole, "fits"},
         {MisfitsRole, "misfits"},
-        {HardnessTextRole, "hardnessText"},
         {LusterRole, "luster"},
         {StreakRole, "streak"},
-        {ColorHexRole, "colorHex"},
-        {FavoriteRole, "favorite"},
-    };
+    });
+    return names;
 }
 
 void CandidateListModel::setCandidates(std::vector<Candidate> candidates) {

@@ -4,6 +4,7 @@
 //
 // Owned by the application model, which replaces the rows after every run. Main thread only.
 
+#include "app/specimen_roles.h"
 #include "identify/matcher.h"
 
 #include <QAbstractListModel>
@@ -18,22 +19,23 @@ class CandidateListModel : public QAbstractListModel {
     Q_PROPERTY(int count READ count NOTIFY countChanged)
 
 public:
+    // The species roles (SpecimenRoles), then the match's own.
     enum Role {
-        SpecimenIdRole = Qt::UserRole + 1,
-        NameRole,
-        CategoryRole,      // raw value, e.g. "mineral"
-        CategoryTitleRole, // singular title, e.g. "Mineral"
-        GroupRole,
-        RankRole, // 1 for the best candidate
+        SpecimenIdRole = SpecimenRoles::SpecimenIdRole,
+        NameRole = SpecimenRoles::NameRole,
+        CategoryRole = SpecimenRoles::CategoryRole,
+        CategoryTitleRole = SpecimenRoles::CategoryTitleRole,
+        GroupRole = SpecimenRoles::GroupRole,
+        HardnessTextRole = SpecimenRoles::HardnessTextRole,
+        ColorHexRole = SpecimenRoles::ColorHexRole,
+        FavoriteRole = SpecimenRoles::FavoriteRole,
+        RankRole = SpecimenRoles::FirstOwnRole, // 1 for the best candidate
         PercentRole,
         ConfidenceRole, // the share of belief, 0...1
         FitsRole,       // QStringList
         MisfitsRole,    // QStringList
-        HardnessTextRole,
         LusterRole,
         StreakRole,
-        ColorHexRole, // the species' first reference colour, "" when it has none
-        FavoriteRole, // the species is among the user's favourites
     };
     Q_ENUM(Role)
 

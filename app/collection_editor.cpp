@@ -1,5 +1,7 @@
 #include "app/collection_editor.h"
 
+#include "app/qt_values.h"
+
 #include "identify/image_tools.h"
 #include "library/specimen_library.h"
 #include "store/acquisition.h"
@@ -20,15 +22,6 @@ namespace {
 const QString kNotSure = QStringLiteral("Not sure / not in library");
 const QString kNotAPhoto =
     QStringLiteral("That file couldn't be opened as a photo. Try a JPEG, HEIC or PNG.");
-
-QString qs(const std::string& text) {
-    return QString::fromStdString(text);
-}
-
-QDateTime toDateTime(Timestamp t) {
-    return QDateTime::fromMSecsSinceEpoch(
-        static_cast<qint64>(std::llround((t.sinceReference + Timestamp::unixOfReference) * 1000)));
-}
 
 Timestamp fromDateTime(const QDateTime& when) {
     return Timestamp::fromUnix(static_cast<double>(when.toMSecsSinceEpoch()) / 1000.0);

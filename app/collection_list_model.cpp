@@ -1,5 +1,7 @@
 #include "app/collection_list_model.h"
 
+#include "app/qt_values.h"
+
 #include "library/specimen_library.h"
 #include "samples/sample_set.h"
 #include "store/acquisition.h"
@@ -16,15 +18,6 @@ namespace quarrydex {
 namespace fs = std::filesystem;
 
 namespace {
-
-QString qs(const std::string& text) {
-    return QString::fromStdString(text);
-}
-
-QDateTime toDateTime(Timestamp t) {
-    return QDateTime::fromMSecsSinceEpoch(
-        static_cast<qint64>(std::llround((t.sinceReference + Timestamp::unixOfReference) * 1000)));
-}
 
 QString dateText(Timestamp t) {
     return QLocale(QLocale::English)

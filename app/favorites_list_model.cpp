@@ -1,16 +1,10 @@
 #include "app/favorites_list_model.h"
 
+#include "app/qt_values.h"
+
 #include <algorithm>
 
 namespace quarrydex {
-
-namespace {
-
-QString qs(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
-
-} // namespace
 
 FavoritesListModel::FavoritesListModel(const SpecimenLibrary& library, StoneStore& store,
                                        QObject* parent)
@@ -28,32 +22,11 @@ QVariant FavoritesListModel::data(const QModelIndex& index, int role) const {
     if (!row) {
         return {};
     }
-    const Specimen& s = *row->key;
-    switch (role) {
-    case Qt::DisplayRole:
-    case NameRole:
-        return qs(s.name);
-    case SpecimenIdRole:
-        return qs(s.id);
-    case CategoryTitleRole:
-        return qs(info(s.category).singular);
-    case HardnessTextRole:
-        return qs(s.hardnessText());
-    case ColorHexRole:
-        return s.colorHex.empty() ? QString() : qs(s.colorHex.front());
-    case FavoriteRole:
-        return true;
-    default:
-        return {};
-    }
+    return role == FavoriteRole ? QVariant(true) : SpecimenRoles::data(*row->key, role);
 }
 
 QHash<int, QByteArray> FavoritesListModel::roleNames() const {
-    return {
-        {SpecimenIdRole, "specimenId"},       {NameRole, "name"},
-        {CategoryTitleRole, "categoryTitle"}, {HardnessTextRole, "hardnessText"},
-        {ColorHexRole, "colorHex"},           {FavoriteRole, "favorite"},
-    };
+    return SpecimenRoles::names();
 }
 
 void FavoritesListModel::refresh() {

@@ -5,6 +5,7 @@
 // Follows the store's change notices by itself; the library and the store must outlive the
 // model. Main thread only.
 
+#include "app/specimen_roles.h"
 #include "app/synced_list_model.h"
 #include "library/specimen_library.h"
 #include "store/stone_store.h"
@@ -21,13 +22,14 @@ class FavoritesListModel : public SyncedListModel<FavoriteRow> {
     Q_PROPERTY(int count READ count NOTIFY countChanged)
 
 public:
+    // The species roles (SpecimenRoles); FavoriteRole is always true.
     enum Role {
-        SpecimenIdRole = Qt::UserRole + 1,
-        NameRole,
-        CategoryTitleRole,
-        HardnessTextRole,
-        ColorHexRole,
-        FavoriteRole, // always true; rows share the library's delegate
+        SpecimenIdRole = SpecimenRoles::SpecimenIdRole,
+        NameRole = SpecimenRoles::NameRole,
+        CategoryTitleRole = SpecimenRoles::CategoryTitleRole,
+        HardnessTextRole = SpecimenRoles::HardnessTextRole,
+        ColorHexRole = SpecimenRoles::ColorHexRole,
+        FavoriteRole = SpecimenRoles::FavoriteRole,
     };
     Q_ENUM(Role)
 

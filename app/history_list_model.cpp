@@ -1,5 +1,7 @@
 #include "app/history_list_model.h"
 
+#include "app/qt_values.h"
+
 #include "identify/matcher.h"
 
 #include <QDateTime>
@@ -14,10 +16,6 @@
 namespace quarrydex {
 
 namespace {
-
-QString qs(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
 
 QString firstColor(const Specimen& s) {
     return s.colorHex.empty() ? QString() : qs(s.colorHex.front());

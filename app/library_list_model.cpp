@@ -1,5 +1,7 @@
 #include "app/library_list_model.h"
 
+#include "app/qt_values.h"
+
 #include <QDateTime>
 
 #include <unordered_set>
@@ -7,10 +9,6 @@
 namespace quarrydex {
 
 namespace {
-
-QString qs(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
 
 // Once past local midnight the stone of the day is picked again (a second late, so the date
 // has surely turned).
@@ -41,35 +39,11 @@ QVariant LibraryListModel::data(const QModelIndex& index, int role) const {
     if (!row) {
         return {};
     }
-    const Specimen& s = *row->key;
-    switch (role) {
-    case Qt::DisplayRole:
-    case NameRole:
-        return qs(s.name);
-    case SpecimenIdRole:
-        return qs(s.id);
-    case CategoryTitleRole:
-        return qs(info(s.category).singular);
-    case GroupRole:
-        return qs(s.group);
-    case HardnessTextRole:
-        return qs(s.hardnessText());
-    case ColorHexRole:
-        return s.colorHex.empty() ? QString() : qs(s.colorHex.front());
-    case FavoriteRole:
-        return row->favorite;
-    default:
-        return {};
-    }
+    return role == FavoriteRole ? QVariant(row->favorite) : SpecimenRoles::data(*row->key, role);
 }
 
 QHash<int, QByteArray> LibraryListModel::roleNames() const {
-    return {
-        {SpecimenIdRole, "specimenId"},       {NameRole, "name"},
-        {CategoryTitleRole, "categoryTitle"}, {GroupRole, "group"},
-        {HardnessTextRole, "hardnessText"},   {ColorHexRole, "colorHex"},
-        {FavoriteRole, "favorite"},
-    };
+    return SpecimenRoles::names();
 }
 
 void LibraryListModel::setQuery(const QString& query) {

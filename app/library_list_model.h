@@ -7,6 +7,7 @@
 // Reads the library (shared, read-only) and the store's favourites; follows the store's
 // change notices by itself. Both must outlive the model. Main thread only.
 
+#include "app/specimen_roles.h"
 #include "app/synced_list_model.h"
 #include "library/specimen_library.h"
 #include "store/stone_store.h"
@@ -49,14 +50,15 @@ class LibraryListModel : public SyncedListModel<LibraryRow> {
     Q_PROPERTY(QVariantMap stoneOfTheDay READ stoneOfTheDay NOTIFY stoneOfTheDayChanged)
 
 public:
+    // The species roles (SpecimenRoles), each row's favourite star among them.
     enum Role {
-        SpecimenIdRole = Qt::UserRole + 1,
-        NameRole,
-        CategoryTitleRole, // singular, e.g. "Mineral"
-        GroupRole,
-        HardnessTextRole,
-        ColorHexRole, // first reference colour, "" when none
-        FavoriteRole,
+        SpecimenIdRole = SpecimenRoles::SpecimenIdRole,
+        NameRole = SpecimenRoles::NameRole,
+        CategoryTitleRole = SpecimenRoles::CategoryTitleRole,
+        GroupRole = SpecimenRoles::GroupRole,
+        HardnessTextRole = SpecimenRoles::HardnessTextRole,
+        ColorHexRole = SpecimenRoles::ColorHexRole,
+        FavoriteRole = SpecimenRoles::FavoriteRole,
     };
     Q_ENUM(Role)
 

@@ -1,5 +1,7 @@
 #include "app/specimen_facts.h"
 
+#include "app/qt_values.h"
+
 #include <QStringList>
 #include <QVariantList>
 
@@ -10,10 +12,6 @@
 namespace quarrydex {
 
 namespace {
-
-QString qs(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
 
 QString orNotListed(const std::optional<std::string>& value) {
     return value && !value->empty() ? qs(*value) : QStringLiteral("Not listed");

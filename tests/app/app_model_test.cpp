@@ -322,7 +322,7 @@ private Q_SLOTS:
         Fixture f;
         AppModel& m = f.model;
         QVERIFY(m.setPhoto(jpegOf(kPurple)));
-        m.store().setSaveOptions({.failAfterBytes = 0});
+        m.store().setSaveOptions({.failAfterBytes = 0, .freeSpace = nullptr});
         m.run();
         QVERIFY(m.storeError().startsWith(QStringLiteral("Couldn't save")));
         QVERIFY(!f.history().front().photoFile);

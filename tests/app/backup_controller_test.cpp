@@ -216,7 +216,7 @@ private Q_SLOTS:
         {
             Fixture f;
             f.addPiece("Jasper");
-            f.backup().setWriteOptions({.failAfterBytes = 1000});
+            f.backup().setWriteOptions({.failAfterBytes = 1000, .freeSpace = nullptr});
             QVERIFY(!f.run([&] {
                 return f.backup().backUpToDrive(QString::fromStdString(f.drive.string()));
             }));

@@ -1,12 +1,15 @@
 // The Favorites list: starred species the library knows, by name, following the store.
 
+#include "app/candidate_list_model.h"
 #include "app/favorites_list_model.h"
+#include "app/library_list_model.h"
 #include "support/specimens.h"
 #include "support/temp_dir.h"
 
 #include <QAbstractItemModelTester>
 #include <QSignalSpy>
 #include <QTest>
+#include <algorithm>
 
 using namespace quarrydex;
 using Tester = QAbstractItemModelTester;
@@ -56,6 +59,41 @@ private Q_SLOTS:
         QCOMPARE(model.data(model.index(0), FavoritesListModel::HardnessTextRole).toString(),
                  QStringLiteral("3 Mohs"));
         QVERIFY(model.data(model.index(0), FavoritesListModel::FavoriteRole).toBool());
+    }
+
+    // One delegate draws rows from the library, the favourites and the results: a starred
+    // species reads the same under every role name the three lists share.
+    void a_species_reads_alike_in_the_library_favorites_and_results() {
+        test::TempDir dir;
+        std::vector<Specimen> list{test::makeSpecimen("agate", "Agate")};
+        list[0].category = SpecimenCategory::gemstone;
+        list[0].group = "Quartz";
+        list[0].colorHex = {"#B5651D", "#FFFFFF"};
+        SpecimenLibrary lib(std::move(list));
+        StoneStore store(dir.path());
+        store.toggleFavorite("agate");
+        LibraryListModel library(lib, store);
+        FavoritesListModel favorites(lib, store);
+        CandidateListModel results;
+        results.setFavoriteTest([&](const std::string& id) {
+            return std::ranges::find(store.favorites(), id) != store.favorites().end();
+        });
+        results.setCandidates({{*lib.specimen("agate"), 0.9, {}, {}}});
+
+        const QHash<int, QByteArray> shared = favorites.roleNames();
+        QCOMPARE(shared.size(), 8);
+        for (const QAbstractListModel* other :
+             std::initializer_list<const QAbstractListModel*>{&library, &results}) {
+            for (auto [role, name] : shared.asKeyValueRange()) {
+                QCOMPARE(other->roleNames().key(name), role);
+                QCOMPARE(other->data(other->index(0), role),
+                         favorites.data(favorites.index(0), role));
+            }
+        }
+        QCOMPARE(favorites.data(favorites.index(0), favorites.roleNames().key("colorHex")),
+                 QVariant(QStringLiteral("#B5651D")));
+        QCOMPARE(favorites.data(favorites.index(0), favorites.roleNames().key("favorite")),
+                 QVariant(true));
     }
 
     void starring_and_unstarring_insert_and_remove_one_row_in_place() {
