@@ -254,19 +254,7 @@ private:
                 item->property("contentWidth").toReal() > item->width() + 0.5);
     }
 
-    static QList<QQuickItem*> scrollingAreas(QQuickItem* root) {
-        QList<QQuickItem*> found;
-        std::function<void(QQuickItem*)> walk = [&](QQuickItem* item) {
-            if (scrolls(item)) {
-                found.append(item);
-            }
-            for (QQuickItem* child : item->childItems()) {
-                walk(child);
-            }
-        };
-        walk(root);
-        return found;
-    }
+    static QList<QQuickItem*> scrollingAreas(QQuickItem* root) { return findAllIf(root, scrolls); }
 
     AppModel& model_;
     std::unique_ptr<QQmlApplicationEngine> engine_;
