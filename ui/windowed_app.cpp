@@ -127,6 +127,23 @@ QUrl mainWindowUrl() {
     return QUrl(QStringLiteral("qrc:/Quarrydex/screens/MainWindow.qml"));
 }
 
+QUrl alreadyOpenWindowUrl() {
+    return QUrl(QStringLiteral("qrc:/Quarrydex/screens/AlreadyOpenWindow.qml"));
+}
+
+void showAlreadyOpen(int& argc, char** argv, const std::string& message) {
+    describeApplication();
+    QGuiApplication app(argc, argv);
+    installKit();
+    QQmlApplicationEngine engine;
+    prepareEngine(engine);
+    engine.setInitialProperties({{QStringLiteral("message"), QString::fromStdString(message)}});
+    engine.load(alreadyOpenWindowUrl());
+    if (!engine.rootObjects().isEmpty()) {
+        app.exec();
+    }
+}
+
 int runWindowedApplication(const Launcher& launcher) {
     auto env = [](const char* name) {
         const char* value = std::getenv(name);
@@ -140,16 +157,6 @@ int runWindowedApplication(const Launcher& launcher) {
     // One running copy per data folder, held until the program ends; with it held, what a
     // killed run left behind can go. A folder that cannot be locked at all (read-only, say)
     // is opened anyway: the store reports its own problems with it.
-    const std::filesystem::path root = dataRoot(launcher);
-    Result<DataFolderLock, DataFolderLock::Failure> lock = DataFolderLock::acquire(root);
-    if (!lock && lock.error().kind == DataFolderLock::Failure::Kind::heldElsewhere) {
-        std::cerr << alreadyOpenMessage(root) << "\n";
-        return 1;
-    }
-    if (lock) {
-        StoneStore::removeLeftovers(root);
-    }
-
     // QGuiApplication keeps references to argc and argv for its whole life.
     std::vector<std::string> arguments = launcher.arguments();
     std::vector<char*> argv;
@@ -158,6 +165,21 @@ int runWindowedApplication(const Launcher& launcher) {
     }
     argv.push_back(nullptr);
     int argc = static_cast<int>(arguments.size());
+
+    const std::filesystem::path root = dataRoot(launcher);
+    Result<DataFolderLock, DataFolderLock::Failure> lock = DataFolderLock::acquire(root);
+    if (!lock && lock.error().kind == DataFolderLock::Failure::Kind::heldElsewhere) {
+        const std::string message = alreadyOpenMessage(root);
+        std::cerr << message << "\n";
+        // Offscreen, nobody could read or close the window.
+        if (!startsWith(requestedPlatform(launcher), "offscreen")) {
+            showAlreadyOpen(argc, argv.data(), message);
+        }
+        return 1;
+    }
+    if (lock) {
+        StoneStore::removeLeftovers(root);
+    }
 
     describeApplication();
     QGuiApplication app(argc, argv.data());

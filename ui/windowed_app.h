@@ -38,8 +38,8 @@ std::string alreadyOpenMessage(const std::filesystem::path& root);
 // Names the application for the preferences (organisation "Fernwick", application
 // "Quarrydex") and the desktop. Call before the application object is created.
 void describeApplication();
-// Loads the icon font, picks the controls style and installs the kit's theme provider and
-// help hook. Call once, after the application object exists and before QML loads.
+// Picks the controls style and installs the kit's theme provider and help hook. Call once,
+// after the application object exists and before QML loads.
 void installKit();
 // Makes `model` the `AppModel` singleton of the QML module, for every engine of the process.
 void registerModel(AppModel* model);
@@ -49,6 +49,11 @@ void registerModel(AppModel* model);
 void prepareEngine(QQmlEngine& engine);
 // The main window's QML.
 QUrl mainWindowUrl();
+// The window that says another running copy has the data folder open (its `message`).
+QUrl alreadyOpenWindowUrl();
+// Shows `message` in that window until it is closed, for a start from the desktop, where
+// nobody reads the terminal. Makes its own application object from `argc` and `argv`.
+void showAlreadyOpen(int& argc, char** argv, const std::string& message);
 
 // Runs the program until its main window closes; returns the exit status. Prints a message
 // and returns 1 when there is no display, or when another running copy has the same data

@@ -3,9 +3,16 @@
 #include "support/temp_dir.h"
 #include "ui/windowed_app.h"
 
+#include <QQmlComponent>
+#include <QQmlEngine>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QSignalSpy>
+#include <QTest>
 #include <gtest/gtest.h>
 
 #include <map>
+#include <memory>
 
 using quarrydex::Launcher;
 using quarrydex::ui::missingDisplayMessage;
@@ -63,4 +70,40 @@ TEST(UiStart, a_second_start_on_a_data_folder_in_use_says_so_and_exits_with_1) {
     EXPECT_EQ(printed, "Quarrydex is already open with this data folder (" + dir.path().string() +
                            "). Switch to that window, or close it first.\n");
     EXPECT_FALSE(std::filesystem::exists(dir / "quarrydex-data.json"));
+}
+
+// Started from the desktop, a second copy says why no main window comes in a window of its
+// own, which the keyboard closes.
+TEST(UiStart, the_already_open_window_shows_the_message_and_closes_with_escape) {
+    static QStringList warnings;
+    warnings.clear();
+    const QtMessageHandler previous = qInstallMessageHandler(
+        [](QtMsgType type, const QMessageLogContext&, const QString& text) {
+            if (type != QtDebugMsg && type != QtInfoMsg &&
+                !text.startsWith(QStringLiteral("This plugin does not support"))) {
+                warnings << text;
+            }
+        });
+    const QString message =
+        QString::fromStdString(quarrydex::ui::alreadyOpenMessage("/home/ann/Stones"));
+    QQmlEngine engine;
+    quarrydex::ui::prepareEngine(engine);
+    QQmlComponent component(&engine, quarrydex::ui::alreadyOpenWindowUrl());
+    std::unique_ptr<QObject> made(component.createWithInitialProperties({{"message", message}}));
+    auto* window = qobject_cast<QQuickWindow*>(made.get());
+    ASSERT_TRUE(window) << component.errorString().toStdString();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(window));
+    EXPECT_EQ(window->title(), QStringLiteral("Orlo Quarrydex"));
+    auto* shown = window->findChild<QQuickItem*>(QStringLiteral("problemMessage"));
+    ASSERT_TRUE(shown);
+    EXPECT_EQ(shown->property("text").toString(), message);
+    EXPECT_TRUE(message.contains(QStringLiteral("/home/ann/Stones")));
+
+    QSignalSpy quit(&engine, &QQmlEngine::quit);
+    window->requestActivate();
+    QTest::keyClick(window, Qt::Key_Escape);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !window->isVisible(); }));
+    EXPECT_EQ(quit.count(), 1);
+    qInstallMessageHandler(previous);
+    EXPECT_TRUE(warnings.isEmpty()) << warnings.join('\n').toStdString();
 }

@@ -7,7 +7,11 @@
 #include <QSettings>
 #include <QStandardPaths>
 #include <QTemporaryDir>
+#include <QtQml/qqmlextensionplugin.h>
 #include <gtest/gtest.h>
+
+// The program's QML module is linked statically; this pulls in its plugin.
+Q_IMPORT_QML_PLUGIN(QuarrydexPlugin)
 
 int main(int argc, char** argv) {
     // Test discovery runs the binary outside CTest's environment, without a display.
