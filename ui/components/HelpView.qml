@@ -23,7 +23,9 @@ Item {
 
     // The chapter column takes at most a third of the view, so that at a large zoom the reading
     // pane keeps two thirds. Placed by anchors, not by a row layout: a row layout whose column
-    // width followed the view's crashed when a chapter was opened.
+    // width followed the view's resized the reading pane from inside its own polish, just as
+    // the pane's blocks were being remade for a newly opened chapter; the text's layout then
+    // rearranged at once over a block that was already gone, and crashed.
     Item {
         anchors.fill: parent
 
