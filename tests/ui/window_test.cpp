@@ -256,6 +256,32 @@ private:
 
     static QList<QQuickItem*> scrollingAreas(QQuickItem* root) { return findAllIf(root, scrolls); }
 
+    // The visible texts, fields and buttons under `root` that are drawn, even in part, left of
+    // `left` or right of `right` in the window; each as "text at left..right".
+    static QStringList outsideTheWidth(QQuickItem* root, qreal left, qreal right) {
+        QStringList outside;
+        std::function<void(QQuickItem*)> walk = [&](QQuickItem* item) {
+            if (!item->isVisible() || item->opacity() <= 0) {
+                return;
+            }
+            const bool shown = item->inherits("QQuickText") || item->inherits("QQuickTextInput") ||
+                               item->inherits("QQuickAbstractButton");
+            const QRectF drawn = item->mapRectToScene(item->boundingRect());
+            if (shown && drawn.width() > 0 &&
+                (drawn.left() < left - 0.5 || drawn.right() > right + 0.5)) {
+                outside << QStringLiteral("\"%1\" at %2..%3")
+                               .arg(textOf(item).left(40))
+                               .arg(drawn.left())
+                               .arg(drawn.right());
+            }
+            for (QQuickItem* child : item->childItems()) {
+                walk(child);
+            }
+        };
+        walk(root);
+        return outside;
+    }
+
     AppModel& model_;
     std::unique_ptr<QQmlApplicationEngine> engine_;
     QQuickWindow* window_ = nullptr;
@@ -635,6 +661,22 @@ private Q_SLOTS:
                              .adjusted(-0.5, -0.5, 0.5, 0.5)
                              .contains(shown),
                          qPrintable(section));
+                // Every text and button lies inside the screen, short of the window's margin.
+                const QStringList outside = outsideTheWidth(
+                    screen, shown.left(), window_->width() - Theme::instance()->margin() * 2.0);
+                QVERIFY2(outside.isEmpty(), qPrintable(section + ": " + outside.join(", ")));
+                // Nothing is drawn over the search field (an empty list's state, say).
+                if (QQuickItem* search = findVisible(screen, QStringLiteral("searchField"))) {
+                    const QRectF field = search->mapRectToScene(search->boundingRect());
+                    const QList<QQuickItem*> over = findAllIf(screen, [&](QQuickItem* item) {
+                        return item->isVisible() && !search->isAncestorOf(item) && item != search &&
+                               (item->inherits("QQuickText") ||
+                                item->inherits("QQuickAbstractButton")) &&
+                               item->mapRectToScene(item->boundingRect()).intersects(field);
+                    });
+                    QVERIFY2(over.isEmpty(), qPrintable(section + ": " + textsOf(over).join(", ") +
+                                                        " over the search field"));
+                }
                 for (QQuickItem* area : scrollingAreas(window_->contentItem())) {
                     ++scrolled;
                     const QString where = section + " " + area->objectName();
@@ -776,6 +818,45 @@ private Q_SLOTS:
         QTest::keyClick(help, Qt::Key_Home);
         QCOMPARE(pane->property("contentY").toReal(), 0.0);
         QCOMPARE(title(), QStringLiteral("Sample collection & credits"));
+    }
+
+    // At every zoom, in the help window's first and smallest size, the reading pane keeps at
+    // least 40 % of the window's width, the chapter titles stay whole, and every text lies
+    // inside the window; switching chapters while zoomed re-lays the window cleanly.
+    void the_help_reading_pane_keeps_a_readable_width_at_every_zoom() {
+        QQuickWindow* help = openHelp(QStringLiteral("samples"));
+        QVERIFY(help);
+        const QSize first = help->size();
+        for (int level : {100, 150, 200}) {
+            VxZoom::instance()->setLevel(level);
+            for (const QSize& size : {first, help->minimumSize()}) {
+                help->resize(size);
+                for (const QString topic : {"welcome", "samples"}) {
+                    QuarrydexHelp::instance()->show(topic);
+                    settle(help);
+                    const QString where = QStringLiteral("%1 %2% %3x%4")
+                                              .arg(topic)
+                                              .arg(level)
+                                              .arg(size.width())
+                                              .arg(size.height());
+                    QQuickItem* pane = findItem(help->contentItem(), QStringLiteral("readingPane"));
+                    const QRectF shown = pane->mapRectToScene(pane->boundingRect());
+                    QVERIFY2(shown.width() >= 0.4 * help->width(), qPrintable(where));
+                    QVERIFY2(shown.right() <= help->width() + 0.5, qPrintable(where));
+                    QQuickItem* list = findItem(help->contentItem(), QStringLiteral("chapterList"));
+                    for (QQuickItem* label : findAll(list, QStringLiteral("chapterRowTitle"))) {
+                        QVERIFY2(label->parentItem()->height() >=
+                                     label->property("contentHeight").toReal(),
+                                 qPrintable(where + " " + textOf(label)));
+                    }
+                    const QStringList outside =
+                        outsideTheWidth(help->contentItem(), 0, help->width());
+                    QVERIFY2(outside.isEmpty(), qPrintable(where + ": " + outside.join(", ")));
+                }
+            }
+        }
+        VxZoom::instance()->setLevel(100);
+        help->resize(first);
     }
 
     // Without a browser the window that asked says so, and the address is on the clipboard.

@@ -20,6 +20,7 @@ ColumnLayout {
         color: Theme.text
         font.pixelSize: Theme.fontHeadline
         font.weight: Font.DemiBold
+        wrapMode: Text.WordWrap
         Layout.fillWidth: true
         Accessible.role: Accessible.Heading
     }

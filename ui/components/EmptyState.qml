@@ -3,8 +3,8 @@ import QtQuick.Controls
 import QtQuick.Layouts
 import Quarrydex
 
-// What a screen shows when it has nothing to list: a symbol, a title and a message, centred.
-// Any of the three may be empty and is then left out. Where they don't fit (a small window at
+// What a screen shows when it has nothing to list: a symbol, a title, a message and actions,
+// centred. Any of them may be empty and is then left out. Where they don't fit (a small window at
 // a large zoom) they scroll.
 Item {
     id: state
@@ -12,6 +12,8 @@ Item {
     property string symbol: ""
     property string title: ""
     property string message: ""
+    // What can be done about it (buttons, a note), under the message and scrolled with it.
+    property Component actions: null
 
     objectName: "emptyState"
     implicitWidth: column.implicitWidth
@@ -63,6 +65,13 @@ Item {
                 wrapMode: Text.WordWrap
                 lineHeight: 1.15
                 Layout.fillWidth: true
+            }
+            Loader {
+                active: state.actions !== null
+                visible: active
+                sourceComponent: state.actions
+                Layout.fillWidth: true
+                Layout.topMargin: Theme.spacing
             }
         }
     }

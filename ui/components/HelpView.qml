@@ -21,14 +21,21 @@ Item {
         pane.contentY = Math.max(0, Math.min(pane.contentHeight - pane.height, y))
     }
 
-    RowLayout {
+    // The chapter column takes at most a third of the view, so that at a large zoom the reading
+    // pane keeps two thirds. Placed by anchors, not by a row layout: a row layout whose column
+    // width followed the view's resized the reading pane from inside its own polish, just as
+    // the pane's blocks were being remade for a newly opened chapter; the text's layout then
+    // rearranged at once over a block that was already gone, and crashed.
+    Item {
         anchors.fill: parent
-        spacing: 0
 
         Rectangle {
+            id: chapterColumn
+            objectName: "chapterColumn"
             color: Theme.surface
-            Layout.preferredWidth: Theme.sidebarWidth + Theme.margin * 2
-            Layout.fillHeight: true
+            anchors.top: parent.top
+            anchors.bottom: parent.bottom
+            width: Math.round(Math.min(Theme.sidebarWidth + Theme.margin * 2, view.width / 3))
 
             ListView {
                 id: chapters
@@ -70,9 +77,12 @@ Item {
         }
 
         Rectangle {
+            id: divider
             color: Theme.hairline
-            Layout.preferredWidth: Theme.hairlineWidth
-            Layout.fillHeight: true
+            anchors.left: chapterColumn.right
+            anchors.top: parent.top
+            anchors.bottom: parent.bottom
+            width: Theme.hairlineWidth
         }
 
         Flickable {
@@ -84,8 +94,10 @@ Item {
             clip: true
             contentHeight: reading.implicitHeight + 2 * Theme.margin
             boundsBehavior: Flickable.StopAtBounds
-            Layout.fillWidth: true
-            Layout.fillHeight: true
+            anchors.left: divider.right
+            anchors.right: parent.right
+            anchors.top: parent.top
+            anchors.bottom: parent.bottom
             ScrollBar.vertical: ThemedScrollBar {
                 policy: pane.contentHeight > pane.height ? ScrollBar.AlwaysOn : ScrollBar.AsNeeded
             }

@@ -29,6 +29,7 @@ FocusScope {
     property string emptySymbol: ""
     property string emptyTitle: ""
     property string emptyMessage: ""
+    property Component emptyActions: null
 
     readonly property alias listView: list
     readonly property alias searchField: searchField
@@ -201,6 +202,7 @@ FocusScope {
             symbol: screen.emptySymbol
             title: screen.emptyTitle
             message: screen.emptyMessage
+            actions: screen.emptyActions
         }
     }
 

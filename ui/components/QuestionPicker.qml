@@ -5,18 +5,22 @@ import Quarrydex
 
 // One guided question: its symbol, title and hint, and a picker offering "Not tested"
 // followed by the question's answers. The picker shows and writes AppModel's answer.
-RowLayout {
+GridLayout {
     id: row
 
     // {raw, title, hint, symbol, options: [{raw, title}]} from AppModel.questions.
     required property var question
     property bool suggested: false
+    // The picker under the title and hint rather than beside them (a narrow screen).
+    property bool stacked: false
     readonly property alias picker: picker
 
     // Return or Enter on the closed picker: the screen's default action.
     signal submitted()
 
-    spacing: Theme.spacing
+    columns: stacked ? 2 : 3
+    columnSpacing: Theme.spacing
+    rowSpacing: Theme.spacingSmall
 
     SymbolIcon {
         symbol: row.question.symbol
@@ -63,7 +67,11 @@ RowLayout {
                                                  index > 0 ? choices[index - 1].raw : "")
         font.pixelSize: Theme.fontBody
         leftPadding: Theme.spacing
-        Layout.preferredWidth: Theme.dialogWidth
+        Layout.row: row.stacked ? 1 : 0
+        Layout.column: row.stacked ? 1 : 2
+        Layout.fillWidth: row.stacked
+        Layout.preferredWidth: row.stacked ? -1 : Theme.dialogWidth
+        Layout.maximumWidth: Theme.dialogWidth
         Layout.alignment: Qt.AlignTop
         Accessible.name: row.question.title
         Keys.onReturnPressed: row.submitted()

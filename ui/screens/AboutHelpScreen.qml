@@ -38,15 +38,18 @@ Flickable {
             Layout.fillWidth: true
             implicitHeight: header.implicitHeight + 2 * padding
 
-            RowLayout {
+            // The picture beside the text, or above it where the screen is narrow (a large
+            // zoom).
+            GridLayout {
                 id: header
                 width: parent.width
-                spacing: Theme.margin
+                columns: content.width >= Theme.readingWidth * 0.8 ? 2 : 1
+                columnSpacing: Theme.margin
+                rowSpacing: Theme.spacing
 
                 Image {
                     source: "qrc:/Quarrydex/resources/quarrydex.svg"
-                    // Smaller where the screen is narrow (a large zoom), leaving room for the text.
-                    readonly property real side: Math.min(Theme.iconLarge * 3, content.width / 4)
+                    readonly property real side: Theme.iconLarge * 3
                     sourceSize.width: side
                     sourceSize.height: side
                     Layout.alignment: Qt.AlignTop
@@ -61,7 +64,7 @@ Flickable {
                         color: Theme.text
                         font.pixelSize: Theme.fontTitle
                         font.weight: Font.Bold
-                        wrapMode: Text.WordWrap
+                        wrapMode: Text.Wrap
                         Layout.fillWidth: true
                     }
                     Text {
@@ -69,7 +72,7 @@ Flickable {
                         text: qsTr("Version %1 (build %2)").arg(Branding.version).arg(Branding.build)
                         color: Theme.textMuted
                         font.pixelSize: Theme.fontCaption
-                        wrapMode: Text.WordWrap
+                        wrapMode: Text.Wrap
                         Layout.fillWidth: true
                     }
                     Text {

@@ -86,6 +86,8 @@ Item {
                             color: Theme.text
                             font.pixelSize: Theme.fontHeadline
                             font.weight: Font.DemiBold
+                            wrapMode: Text.WordWrap
+                            Layout.fillWidth: true
                         }
                         Text {
                             objectName: "lastBackupWhen"
@@ -129,6 +131,7 @@ Item {
                     color: Theme.text
                     font.pixelSize: Theme.fontTitle
                     font.weight: Font.DemiBold
+                    wrapMode: Text.WordWrap
                     Layout.fillWidth: true
                 }
                 VxChromeButton {
@@ -206,6 +209,8 @@ Item {
                 color: Theme.text
                 font.pixelSize: Theme.fontTitle
                 font.weight: Font.DemiBold
+                wrapMode: Text.WordWrap
+                Layout.fillWidth: true
             }
             Flow {
                 Layout.fillWidth: true
@@ -254,6 +259,7 @@ Item {
                         text: screen.backup.progressText
                         color: Theme.text
                         font.pixelSize: Theme.fontBody
+                        wrapMode: Text.WordWrap
                         Layout.fillWidth: true
                     }
                     RowLayout {

@@ -30,10 +30,16 @@ SectionStack {
         onQueryEdited: (text) => stack.collection.query = text
         countText: stack.collection.totalCount > 0 ? stack.collection.countText : ""
         model: stack.collection
-        // An empty collection has its own state below; a search that finds nothing says so.
-        empty: stack.collection.totalCount > 0 && stack.collection.count === 0
-        emptySymbol: "magnifyingglass"
-        emptyTitle: qsTr("No specimens match your search")
+        // An empty collection says what it is for and how to start; a search that finds
+        // nothing says so.
+        readonly property bool nothingYet: stack.collection.totalCount === 0
+        empty: stack.collection.count === 0
+        emptySymbol: nothingYet ? "square.grid.2x2" : "magnifyingglass"
+        emptyTitle: nothingYet ? qsTr("Your collection is empty")
+                               : qsTr("No specimens match your search")
+        emptyMessage: nothingYet ? qsTr("Identify a stone and choose “Add to My Collection”, or add one by hand. Each piece keeps your photo, where you got it, and notes.")
+                                 : ""
+        emptyActions: nothingYet ? startActions : null
 
         VxChromeButton {
             objectName: "addSpecimen"
@@ -68,54 +74,6 @@ SectionStack {
 
         onActivated: (index) => stack.openEntry(stack.collection.idAt(index))
         onActionRequested: (index) => stack.collection.remove(stack.collection.idAt(index))
-    }
-
-    // The empty collection: what it is for and how to start.
-    ColumnLayout {
-        objectName: "collectionEmpty"
-        parent: list
-        anchors.centerIn: parent
-        anchors.verticalCenterOffset: Theme.rowHeight
-        width: Math.min(parent.width - 2 * Theme.margin, Theme.readingWidth)
-        visible: stack.collection.totalCount === 0
-        spacing: Theme.spacingLarge
-
-        EmptyState {
-            symbol: "square.grid.2x2"
-            title: qsTr("Your collection is empty")
-            message: qsTr("Identify a stone and choose “Add to My Collection”, or add one by hand. Each piece keeps your photo, where you got it, and notes.")
-            Layout.fillWidth: true
-            Layout.preferredHeight: implicitHeight
-        }
-        RowLayout {
-            spacing: Theme.spacing
-            Layout.alignment: Qt.AlignHCenter
-            VxChromeButton {
-                objectName: "addASpecimen"
-                text: qsTr("Add a Specimen")
-                prominent: true
-                glyph: Icons.glyph("plus")
-                glyphFamily: Icons.family
-                onClicked: AppModel.collectionEditor.openNew()
-            }
-            VxChromeButton {
-                objectName: "loadSampleCollection"
-                visible: AppModel.hasSampleSet
-                text: qsTr("Load Sample Collection")
-                glyph: Icons.glyph("photo.stack")
-                glyphFamily: Icons.family
-                onClicked: AppModel.loadSampleCollection()
-            }
-        }
-        Text {
-            visible: AppModel.hasSampleSet
-            text: qsTr("Adds ready-made sample specimens with real photos so you can try every feature. Remove them any time with Help > Remove Sample Collection.")
-            color: Theme.textMuted
-            font.pixelSize: Theme.fontCaption
-            horizontalAlignment: Text.AlignHCenter
-            wrapMode: Text.WordWrap
-            Layout.fillWidth: true
-        }
     }
 
     // After a delete: what went, and the way back.
@@ -156,6 +114,51 @@ SectionStack {
             running: undoNotice.visible
             interval: 10000
             onTriggered: stack.collection.dismissUndo()
+        }
+    }
+
+    // How to start an empty collection.
+    Component {
+        id: startActions
+        ColumnLayout {
+            objectName: "collectionEmpty"
+            spacing: Theme.spacingLarge
+
+            // The buttons side by side and centred while they fit, else one under the other.
+            Flow {
+                spacing: Theme.spacing
+                Layout.fillWidth: true
+                Layout.maximumWidth: addButton.implicitWidth
+                                     + (loadButton.visible ? spacing + loadButton.implicitWidth : 0)
+                Layout.alignment: Qt.AlignHCenter
+                VxChromeButton {
+                    id: addButton
+                    objectName: "addASpecimen"
+                    text: qsTr("Add a Specimen")
+                    prominent: true
+                    glyph: Icons.glyph("plus")
+                    glyphFamily: Icons.family
+                    onClicked: AppModel.collectionEditor.openNew()
+                }
+                VxChromeButton {
+                    id: loadButton
+                    objectName: "loadSampleCollection"
+                    visible: AppModel.hasSampleSet
+                    text: qsTr("Load Sample Collection")
+                    glyph: Icons.glyph("photo.stack")
+                    glyphFamily: Icons.family
+                    onClicked: AppModel.loadSampleCollection()
+                }
+            }
+            Text {
+                visible: AppModel.hasSampleSet
+                text: qsTr("Adds ready-made sample specimens with real photos so you can try every feature. Remove them any time with Help > Remove Sample Collection.")
+                color: Theme.textMuted
+                font.pixelSize: Theme.fontCaption
+                horizontalAlignment: Text.AlignHCenter
+                wrapMode: Text.WordWrap
+                Layout.fillWidth: true
+            }
         }
     }
 

@@ -321,9 +321,13 @@ FocusScope {
                     padding: Theme.margin
                     Layout.fillWidth: true
 
-                    RowLayout {
+                    // The photo beside its buttons, or above them where the screen is narrow
+                    // (a large zoom).
+                    GridLayout {
                         width: parent.width
-                        spacing: Theme.margin
+                        columns: content.width >= Theme.readingWidth * 0.8 ? 2 : 1
+                        columnSpacing: Theme.margin
+                        rowSpacing: Theme.margin
 
                         Item {
                             id: frame
@@ -540,6 +544,7 @@ FocusScope {
                                 color: Theme.text
                                 font.pixelSize: Theme.fontTitle
                                 font.weight: Font.DemiBold
+                                wrapMode: Text.WordWrap
                                 Layout.fillWidth: true
                                 Accessible.role: Accessible.Heading
                             }
@@ -579,6 +584,7 @@ FocusScope {
                                 required property var modelData
                                 question: modelData
                                 suggested: modelData.raw === AppModel.suggestedQuestion
+                                stacked: content.width < Theme.dialogWidth * 2
                                 onSubmitted: screen.identify()
                                 Layout.fillWidth: true
                             }
@@ -607,7 +613,7 @@ FocusScope {
                     spacing: Theme.spacing
                     Layout.fillWidth: true
 
-                    RowLayout {
+                    Flow {
                         spacing: Theme.spacing
                         Layout.fillWidth: true
 
@@ -622,9 +628,6 @@ FocusScope {
                             objectName: "levelBadge"
                             level: AppModel.levelRaw
                             title: AppModel.levelTitle
-                        }
-                        Item {
-                            Layout.fillWidth: true
                         }
                     }
                     Text {

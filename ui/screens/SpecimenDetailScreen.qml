@@ -90,9 +90,12 @@ FocusScope {
                 spacing: Theme.spacingLarge
                 Layout.fillWidth: true
 
-                // Name, kind, and the lines that apply.
-                RowLayout {
-                    spacing: Theme.margin
+                // Name, kind, and the lines that apply; the swatch above them where the screen is
+                // narrow (a large zoom).
+                GridLayout {
+                    columns: content.width >= Theme.readingWidth / 2 ? 2 : 1
+                    columnSpacing: Theme.margin
+                    rowSpacing: Theme.spacing
                     Layout.fillWidth: true
 
                     SpecimenSwatch {
@@ -120,14 +123,13 @@ FocusScope {
                             wrapMode: Text.WordWrap
                             Layout.fillWidth: true
                         }
-                        RowLayout {
+                        Flow {
                             spacing: Theme.spacing
+                            Layout.fillWidth: true
                             Layout.topMargin: Theme.spacingSmall
 
                             Rectangle {
                                 objectName: "savedOffline"
-                                Layout.preferredWidth: implicitWidth
-                                Layout.preferredHeight: implicitHeight
                                 implicitWidth: offlineRow.implicitWidth + 2 * Theme.spacing
                                 implicitHeight: offlineRow.implicitHeight + Theme.spacing
                                 radius: height / 2
@@ -184,6 +186,8 @@ FocusScope {
                         color: Theme.accent
                         font.pixelSize: Theme.fontHeadline
                         font.weight: Font.DemiBold
+                        wrapMode: Text.WordWrap
+                        Layout.fillWidth: true
                     }
                 }
 
