@@ -1,6 +1,5 @@
 import QtQuick
 import QtQuick.Controls
-import QtQuick.Layouts
 import Quarrydex
 
 // The chapter list beside the reading pane of the selected chapter. From the keyboard: the
@@ -22,9 +21,8 @@ Item {
     }
 
     // The chapter column takes at most a third of the view, so that at a large zoom the reading
-    // pane keeps two thirds. Placed by anchors, not by a row layout: a row layout whose column
-    // width followed the view's resized the reading pane from inside its own polish, just as
-    // the pane's blocks were being remade for a newly opened chapter; the text's layout then
+    // pane keeps two thirds. Nothing here is a Qt Quick layout: when the pane's width changed
+    // just as its blocks were being remade for a newly opened chapter, a layout of the text
     // rearranged at once over a block that was already gone, and crashed.
     Item {
         anchors.fill: parent
@@ -92,7 +90,7 @@ Item {
 
             activeFocusOnTab: true
             clip: true
-            contentHeight: reading.implicitHeight + 2 * Theme.margin
+            contentHeight: reading.height + 2 * Theme.margin
             boundsBehavior: Flickable.StopAtBounds
             anchors.left: divider.right
             anchors.right: parent.right
@@ -118,55 +116,66 @@ Item {
             Accessible.role: Accessible.Document
             Accessible.name: view.chapter.title || ""
 
-            ColumnLayout {
+            // Positioned, not laid out: Qt 6.4's layouts can keep a block the Repeater has just
+            // deleted and crash on it when the pane's width changes in the same pass.
+            Column {
                 id: reading
                 x: Theme.margin
                 y: Theme.margin
                 width: Math.min(pane.width - 2 * Theme.margin, Theme.readingWidth)
-                spacing: 0
 
-                RowLayout {
-                    spacing: Theme.spacing
-                    Layout.bottomMargin: Theme.spacingSmall
+                Item {
+                    width: reading.width
+                    height: Math.max(chapterSymbol.implicitHeight, chapterTitle.implicitHeight)
+                            + Theme.spacingSmall
                     SymbolIcon {
+                        id: chapterSymbol
                         symbol: view.chapter.symbol || ""
                         size: Theme.fontTitle + Theme.spacingSmall
                         color: Theme.accent
+                        anchors.verticalCenter: chapterTitle.verticalCenter
                     }
                     Text {
+                        id: chapterTitle
                         objectName: "chapterTitle"
+                        x: chapterSymbol.implicitWidth + Theme.spacing
+                        width: parent.width - x
                         text: view.chapter.title || ""
                         color: Theme.text
                         font.pixelSize: Theme.fontTitle
                         font.weight: Font.DemiBold
                         wrapMode: Text.WordWrap
-                        Layout.fillWidth: true
                     }
                 }
 
                 // Lines and list items; a list item's marker hangs left of its text.
                 Repeater {
                     model: view.chapter.blocks || []
-                    delegate: RowLayout {
+                    delegate: Item {
                         required property var modelData
                         required property int index
-                        spacing: Theme.spacing
-                        Layout.fillWidth: true
-                        Layout.topMargin: modelData.opensParagraph ? Theme.spacingLarge
-                                                                   : Theme.spacingSmall
+                        readonly property real gap: modelData.opensParagraph ? Theme.spacingLarge
+                                                                             : Theme.spacingSmall
+                        width: reading.width
+                        height: gap + block.implicitHeight
 
                         Text {
+                            id: marker
+                            y: parent.gap
+                            width: Theme.fontBody * 1.5
                             visible: modelData.marker !== ""
                             text: modelData.marker
                             color: Theme.textMuted
                             font.pixelSize: Theme.fontBody
                             lineHeight: 1.25
                             horizontalAlignment: Text.AlignRight
-                            Layout.preferredWidth: Theme.fontBody * 1.5
-                            Layout.alignment: Qt.AlignTop
                         }
                         Text {
+                            id: block
                             objectName: "chapterBlock"
+                            x: marker.visible ? marker.width + Theme.spacing : 0
+                            y: parent.gap
+                            width: parent.width - x
                             text: modelData.text
                             textFormat: Text.StyledText
                             color: Theme.text
@@ -174,7 +183,6 @@ Item {
                             font.pixelSize: Theme.fontBody
                             lineHeight: 1.25
                             wrapMode: Text.Wrap
-                            Layout.fillWidth: true
                             onLinkActivated: (link) => Links.open(link, view)
 
                             HoverHandler {
