@@ -944,6 +944,30 @@ private Q_SLOTS:
         QVERIFY(picker->property("visualFocus").toBool());
     }
 
+    // The web address on the about screen is a stop of Tab like the buttons, and both draw a
+    // ring that can be seen, in every theme.
+    void links_and_buttons_take_the_keyboard_and_show_a_ring_in_every_theme() {
+        model_.setSection(QStringLiteral("about"));
+        settle(window_);
+        for (const auto& palette : quarrydex::ui::StonePalette::all()) {
+            const QString id = QString::fromUtf8(palette.id.data(), qsizetype(palette.id.size()));
+            Theme::instance()->setThemeID(id);
+            for (const QString& name :
+                 {QStringLiteral("aboutWebsite"), QStringLiteral("openHelpButton")}) {
+                QQuickItem* item = onScreen(name);
+                QVERIFY2(item, qPrintable(name));
+                QVERIFY2(tabTo(item), qPrintable(id + " " + name));
+                QVERIFY2(ringShown(item), qPrintable(id + " " + name));
+                QQuickItem* ring = findItem(item, QStringLiteral("focusRing"));
+                auto* border = ring->property("border").value<QObject*>();
+                QVERIFY(border);
+                const auto colour = border->property("color").value<QColor>();
+                QVERIFY2(colour.alpha() > 0 && border->property("width").toReal() > 0,
+                         qPrintable(id + " " + name));
+            }
+        }
+    }
+
     // A menu closed by a click outside it, or by choosing an item with the mouse, hands the
     // keyboard focus back to the item that had it, not to its title.
     void a_menu_closed_with_the_mouse_gives_the_focus_back() {

@@ -101,6 +101,7 @@ Flickable {
                         Layout.fillWidth: true
                     }
                     LinkText {
+                        objectName: "aboutWebsite"
                         text: Branding.websiteText
                         url: Branding.website
                         font.pixelSize: Theme.fontBody
