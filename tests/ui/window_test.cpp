@@ -282,6 +282,37 @@ private:
         return outside;
     }
 
+    // Whether `item` shows its keyboard focus ring: a ring of its own, or a row's outline.
+    static bool ringShown(QQuickItem* item) {
+        if (!item) {
+            return false;
+        }
+        if (item->property("focused").isValid()) {
+            return item->property("focused").toBool();
+        }
+        QQuickItem* ring = findItem(item, QStringLiteral("focusRing"));
+        return ring && ring->isVisible();
+    }
+
+    // Presses Tab until `item` has the keyboard focus; false when it never gets it.
+    bool tabTo(QQuickItem* item) {
+        for (int tabs = 0; tabs < 80 && item && !item->hasActiveFocus(); ++tabs) {
+            key(Qt::Key_Tab, Qt::NoModifier);
+        }
+        return item && item->hasActiveFocus();
+    }
+
+    // Closes the help window, which took the keyboard, and waits until the main window has it.
+    bool backToMain(QQuickWindow* help) {
+        if (help) {
+            help->close();
+        }
+        window_->requestActivate();
+        return QTest::qWaitFor([this] { return QGuiApplication::focusWindow() == window_; });
+    }
+
+    QQuickItem* onScreen(const QString& name) const { return findVisible(detailScreen(), name); }
+
     AppModel& model_;
     std::unique_ptr<QQmlApplicationEngine> engine_;
     QQuickWindow* window_ = nullptr;
@@ -741,6 +772,8 @@ private Q_SLOTS:
         QCOMPARE(help->property("topic").toInt(), 0);
         trigger(menuItem(QStringLiteral("Help"), QStringLiteral("How Identification Works")));
         QCOMPARE(help->property("topic").toInt(), 1);
+        window_->requestActivate();
+        QVERIFY(QTest::qWaitForWindowActive(window_));
         trigger(menuItem(QStringLiteral("Help"), QStringLiteral("Sample Photo Credits")));
         QCOMPARE(help->property("topic").toInt(), 9);
     }
@@ -857,6 +890,208 @@ private Q_SLOTS:
         }
         VxZoom::instance()->setLevel(100);
         help->resize(first);
+    }
+
+    // Tab reaches the chapter list below the about box; the arrows move the outline, and Return
+    // or Space opens the outlined chapter in the help window. A click opens one without a ring.
+    void the_about_screens_chapters_are_reached_and_opened_from_the_keyboard() {
+        model_.setSection(QStringLiteral("about"));
+        settle(window_);
+        QQuickItem* list = onScreen(QStringLiteral("aboutChapterList"));
+        QVERIFY(list);
+        const QList<QQuickItem*> rows = findAllIf(
+            list, [](QQuickItem* item) { return item->objectName().startsWith("chapterRow_"); });
+        QCOMPARE(rows.size(), QuarrydexHelp::instance()->count());
+        const auto outlined = [&] {
+            QList<int> found;
+            for (int i = 0; i < rows.size(); ++i) {
+                if (ringShown(rows[i])) {
+                    found << i;
+                }
+            }
+            return found;
+        };
+        QCOMPARE(outlined(), QList<int>{});
+        QVERIFY(tabTo(list));
+        QCOMPARE(outlined(), QList<int>{0});
+
+        key(Qt::Key_Up, Qt::NoModifier);
+        QCOMPARE(outlined(), QList<int>{0});
+        key(Qt::Key_Down, Qt::NoModifier);
+        QCOMPARE(outlined(), QList<int>{1});
+        key(Qt::Key_Return, Qt::NoModifier);
+        auto* help = window_->findChild<QQuickWindow*>(QStringLiteral("helpWindow"));
+        QVERIFY(help);
+        QTRY_VERIFY(help->isVisible());
+        QCOMPARE(help->property("topic").toInt(), 1);
+        QVERIFY(backToMain(help));
+
+        const int last = rows.size() - 1;
+        key(Qt::Key_End, Qt::NoModifier);
+        QCOMPARE(outlined(), QList<int>{last});
+        key(Qt::Key_Down, Qt::NoModifier);
+        QCOMPARE(outlined(), QList<int>{last});
+        key(Qt::Key_Space, Qt::NoModifier);
+        QTRY_COMPARE(help->property("topic").toInt(), last);
+        QVERIFY(backToMain(help));
+        // The last row is scrolled into view.
+        auto* screen = detailScreen();
+        const qreal bottom = rows[last]->mapToItem(screen, QPointF(0, rows[last]->height())).y();
+        QVERIFY(bottom <= screen->height() + 0.5);
+        key(Qt::Key_Home, Qt::NoModifier);
+        QCOMPARE(outlined(), QList<int>{0});
+
+        QTest::mouseClick(window_, Qt::LeftButton, {}, centreOf(rows[2]));
+        QTRY_COMPARE(help->property("topic").toInt(), 2);
+        QVERIFY(backToMain(help));
+        QCOMPARE(outlined(), QList<int>{});
+        key(Qt::Key_Down, Qt::NoModifier);
+        QCOMPARE(outlined(), QList<int>{3});
+    }
+
+    // A ring the keyboard put on an item is back the moment a popup over it closes, by key or by
+    // a click inside the popup; a click elsewhere puts it out, and a click never shows one.
+    void the_focus_ring_comes_back_when_a_popup_closes() {
+        model_.setSection(QStringLiteral("about"));
+        settle(window_);
+        QQuickItem* about = onScreen(QStringLiteral("aboutProgramButton"));
+        QVERIFY(tabTo(about));
+        QVERIFY(ringShown(about));
+
+        // The about box, closed with Escape and then with a click on its button.
+        for (bool byMouse : {false, true}) {
+            key(Qt::Key_Space, Qt::NoModifier);
+            QObject* dialog = nullptr;
+            QTRY_VERIFY((dialog = window_->findChild<QObject*>(QStringLiteral("aboutDialog"))) &&
+                        dialog->property("opened").toBool());
+            QVERIFY(!ringShown(about));
+            if (byMouse) {
+                auto* content = dialog->property("contentItem").value<QQuickItem*>();
+                QQuickItem* ok = findItem(content->parentItem(), QStringLiteral("aboutOk"));
+                QVERIFY(ok);
+                QTest::mouseClick(window_, Qt::LeftButton, {}, centreOf(ok));
+            } else {
+                key(Qt::Key_Escape, Qt::NoModifier);
+            }
+            QTRY_VERIFY(!dialog->property("visible").toBool());
+            QVERIFY(about->hasActiveFocus());
+            QVERIFY2(ringShown(about), byMouse ? "after a click" : "after Escape");
+        }
+
+        // A menu opened and closed from the keyboard.
+        QTest::keyClick(window_, Qt::Key_F10);
+        QCOMPARE(openMenus(), QStringList{"File"});
+        key(Qt::Key_Escape, Qt::NoModifier);
+        QTRY_COMPARE(openMenus(), QStringList{});
+        QVERIFY(about->hasActiveFocus());
+        QVERIFY(ringShown(about));
+
+        // A click beside it puts the ring out; a click on a button focuses it without one.
+        QQuickItem* title = onScreen(QStringLiteral("screenTitle"));
+        QTest::mouseClick(window_, Qt::LeftButton, {}, centreOf(title));
+        QVERIFY(about->hasActiveFocus());
+        QVERIFY(!ringShown(about));
+        QQuickItem* openHelp = onScreen(QStringLiteral("openHelpButton"));
+        QTest::mouseClick(window_, Qt::LeftButton, {}, centreOf(openHelp));
+        QTRY_VERIFY(window_->findChild<QQuickWindow*>(QStringLiteral("helpWindow")));
+        QVERIFY(backToMain(window_->findChild<QQuickWindow*>(QStringLiteral("helpWindow"))));
+        QVERIFY(openHelp->hasActiveFocus());
+        QVERIFY(!ringShown(openHelp));
+
+        // A list that drops down from a picker, closed with Escape.
+        model_.setSection(QStringLiteral("library"));
+        settle(window_);
+        QQuickItem* picker = onScreen(QStringLiteral("categoryPicker"));
+        QVERIFY(tabTo(picker));
+        QVERIFY(picker->property("visualFocus").toBool());
+        auto* list = picker->property("popup").value<QObject*>();
+        key(Qt::Key_Space, Qt::NoModifier);
+        QTRY_VERIFY(list->property("opened").toBool());
+        key(Qt::Key_Escape, Qt::NoModifier);
+        QTRY_VERIFY(!list->property("visible").toBool());
+        QVERIFY(picker->hasActiveFocus());
+        QVERIFY(picker->property("visualFocus").toBool());
+    }
+
+    // The web address on the about screen is a stop of Tab like the buttons, and both draw a
+    // ring that can be seen, in every theme.
+    void links_and_buttons_take_the_keyboard_and_show_a_ring_in_every_theme() {
+        model_.setSection(QStringLiteral("about"));
+        settle(window_);
+        for (const auto& palette : quarrydex::ui::StonePalette::all()) {
+            const QString id = QString::fromUtf8(palette.id.data(), qsizetype(palette.id.size()));
+            Theme::instance()->setThemeID(id);
+            for (const QString& name :
+                 {QStringLiteral("aboutWebsite"), QStringLiteral("openHelpButton")}) {
+                QQuickItem* item = onScreen(name);
+                QVERIFY2(item, qPrintable(name));
+                QVERIFY2(tabTo(item), qPrintable(id + " " + name));
+                QVERIFY2(ringShown(item), qPrintable(id + " " + name));
+                QQuickItem* ring = findItem(item, QStringLiteral("focusRing"));
+                auto* border = ring->property("border").value<QObject*>();
+                QVERIFY(border);
+                const auto colour = border->property("color").value<QColor>();
+                QVERIFY2(colour.alpha() > 0 && border->property("width").toReal() > 0,
+                         qPrintable(id + " " + name));
+            }
+        }
+    }
+
+    // A menu closed by a click outside it, or by choosing an item with the mouse, hands the
+    // keyboard focus back to the item that had it, not to its title.
+    void a_menu_closed_with_the_mouse_gives_the_focus_back() {
+        model_.setSection(QStringLiteral("about"));
+        settle(window_);
+        QQuickItem* about = onScreen(QStringLiteral("aboutProgramButton"));
+        QVERIFY(tabTo(about));
+        QQuickItem* title = onScreen(QStringLiteral("screenTitle"));
+
+        // The offscreen platform has no mouse to hover with; a desktop has.
+        for (QQuickItem* menuTitle : menuTitles()) {
+            menuTitle->setProperty("hoverEnabled", true);
+        }
+        // Opened with the mouse or from the keyboard, closed by a click beside it.
+        for (bool byKey : {false, true}) {
+            if (byKey) {
+                QTest::keyClick(window_, Qt::Key_F10);
+            } else {
+                QTest::mouseMove(window_, centreOf(menuTitles()[0]));
+                QTRY_VERIFY(menuTitles()[0]->property("hovered").toBool());
+                QTest::mouseClick(window_, Qt::LeftButton, {}, centreOf(menuTitles()[0]));
+            }
+            QTRY_COMPARE(openMenus(), QStringList{"File"});
+            QTest::mouseClick(window_, Qt::LeftButton, {}, centreOf(title));
+            QTRY_COMPARE(openMenus(), QStringList{});
+            QTRY_COMPARE(window_->activeFocusItem(), about);
+            QCOMPARE(litTitles(), QStringList{});
+        }
+
+        QQuickItem* themeTitle = menuTitles()[4];
+        QCOMPARE(shown(textOf(themeTitle)), QStringLiteral("Theme"));
+        QTest::keyClick(window_, Qt::Key_T, Qt::AltModifier);
+        QTRY_COMPARE(openMenus(), QStringList{"Theme"});
+        QQuickItem* obsidian = nullptr;
+        for (QQuickItem* item : menuItems(menu(QStringLiteral("Theme")))) {
+            if (item->objectName() == QLatin1String("theme_obsidian")) {
+                obsidian = item;
+            }
+        }
+        QVERIFY(obsidian);
+        settle(window_);
+        QTest::mouseClick(window_, Qt::LeftButton, {}, centreOf(obsidian));
+        QTRY_COMPARE(openMenus(), QStringList{});
+        QCOMPARE(Theme::instance()->themeID(), QStringLiteral("obsidian"));
+        QTRY_COMPARE(window_->activeFocusItem(), about);
+        QCOMPARE(litTitles(), QStringList{});
+        QVERIFY(!ringShown(about));
+
+        // The keys that reach the window go to the focused item again, not to the bar.
+        key(Qt::Key_Space, Qt::NoModifier);
+        QObject* dialog = nullptr;
+        QTRY_VERIFY((dialog = window_->findChild<QObject*>(QStringLiteral("aboutDialog"))) &&
+                    dialog->property("opened").toBool());
+        key(Qt::Key_Escape, Qt::NoModifier);
+        QTRY_VERIFY(!dialog->property("visible").toBool());
     }
 
     // Without a browser the window that asked says so, and the address is on the clipboard.

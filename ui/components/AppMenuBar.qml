@@ -57,6 +57,53 @@ MenuBar {
         openMenu(0)
     }
 
+    // The item that had the keyboard focus before the menus took it. Qt Quick leaves it on a
+    // menu title when a menu closes by a click outside it or on one of its items; the focus goes
+    // back here instead.
+    property Item focusHome: null
+
+    function holds(item, holder) {
+        for (let i = item; i; i = i.parent) {
+            if (i === holder) {
+                return true
+            }
+        }
+        return false
+    }
+
+    function noteFocus() {
+        const item = Window.activeFocusItem
+        if (item && !holds(item, bar) && !holds(item, Overlay.overlay)) {
+            focusHome = item
+            return
+        }
+        if (item && holds(item, bar)) {
+            Qt.callLater(bar.giveFocusBack)
+        }
+    }
+
+    function giveFocusBack() {
+        const item = Window.activeFocusItem
+        if (openIndex() >= 0 || (item && !holds(item, bar))) {
+            return
+        }
+        if (focusHome && focusHome.visible) {
+            focusHome.forceActiveFocus()
+        } else if (Window.contentItem) {
+            Window.contentItem.forceActiveFocus()
+        }
+    }
+
+    Connections {
+        target: bar.Window.window
+        function onActiveFocusItemChanged() { bar.noteFocus() }
+    }
+    Component.onCompleted: {
+        for (let i = 0; i < count; ++i) {
+            menuAt(i).closed.connect(() => Qt.callLater(bar.giveFocusBack))
+        }
+    }
+
     function showHelp() {
         QuarrydexHelp.show("welcome")
     }

@@ -1,9 +1,12 @@
 import QtQuick
 import Quarrydex
 
-// The keyboard focus ring drawn just outside its parent while `shown`.
+// The keyboard focus ring drawn just outside its parent while `shown`. Rings are shown while
+// the keyboard is in use: `shown: item.activeFocus && VxFocusRings.keyboard`.
 Rectangle {
     property bool shown: false
+
+    objectName: "focusRing"
 
     anchors.fill: parent
     anchors.margins: -Theme.spacingSmall

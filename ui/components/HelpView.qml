@@ -53,7 +53,7 @@ Item {
                     x: Theme.spacing
                     width: ListView.view.width - 2 * Theme.spacing
                     selected: index === view.topic
-                    focused: selected && chapters.activeFocus
+                    focused: selected && chapters.activeFocus && VxFocusRings.keyboard
                     onActivated: {
                         view.topic = index
                         chapters.forceActiveFocus()

@@ -86,7 +86,7 @@ GridLayout {
             border.color: picker.currentIndex > 0 ? Theme.accent : Theme.hairline
 
             FocusRing {
-                shown: picker.visualFocus
+                shown: picker.activeFocus && VxFocusRings.keyboard
                 radius: Theme.spacing + Theme.spacingSmall
             }
         }

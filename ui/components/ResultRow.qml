@@ -35,7 +35,7 @@ AbstractButton {
         border.color: Theme.hairline
 
         FocusRing {
-            shown: row.visualFocus
+            shown: row.activeFocus && VxFocusRings.keyboard
         }
     }
 
@@ -102,7 +102,7 @@ AbstractButton {
                 radius: height / 2
                 color: star.hovered ? Theme.hover : Theme.clear
                 FocusRing {
-                    shown: star.visualFocus
+                    shown: star.activeFocus && VxFocusRings.keyboard
                     radius: height / 2
                 }
             }

@@ -46,7 +46,7 @@ Rectangle {
                 width: ListView.view.width
                 firstOfGroup: index === 0 || list.model[index - 1].group !== modelData.group
                 selected: list.selectedRaw === modelData.raw
-                focused: selected && list.activeFocus
+                focused: selected && list.activeFocus && VxFocusRings.keyboard
                 onActivated: list.activate(index)
             }
             onCurrentIndexChanged: positionViewAtIndex(currentIndex, ListView.Contain)

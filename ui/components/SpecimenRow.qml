@@ -29,10 +29,11 @@ Rectangle {
     implicitWidth: Theme.readingWidth
     radius: Theme.spacing
     color: current ? Theme.selection : mouse.containsMouse ? Theme.hover : Theme.clear
-    border.width: current && activeFocusWithin ? Theme.hairlineWidth : 0
+    border.width: current && activeFocusWithin && VxFocusRings.keyboard ? Theme.hairlineWidth : 0
     border.color: Theme.accent
 
-    readonly property bool activeFocusWithin: ListView.view ? ListView.view.activeFocus : false
+    // In a list the list has the focus; a row on its own takes it itself.
+    readonly property bool activeFocusWithin: ListView.view ? ListView.view.activeFocus : activeFocus
 
     MouseArea {
         id: mouse

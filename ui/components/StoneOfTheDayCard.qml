@@ -26,7 +26,7 @@ VxPanel {
     FocusRing {
         parent: card
         radius: card.radius + Theme.spacingSmall
-        shown: card.activeFocus
+        shown: card.activeFocus && VxFocusRings.keyboard
     }
 
     RowLayout {

@@ -17,6 +17,8 @@ Button {
     // destroyed re-evaluates its colours, which printed TypeErrors.
     readonly property vxKitTheme kit: OrloKitHost.theme
     readonly property color foreground: prominent ? kit.bg : kit.text
+    // The focus ring, while the keyboard is in use.
+    readonly property bool ringShown: activeFocus && VxFocusRings.keyboard
 
     horizontalPadding: compact ? 8 : 14
     verticalPadding: compact ? 4 : 8
@@ -52,18 +54,19 @@ Button {
                ? (button.down ? Qt.darker(button.kit.accent, 1.2) : button.kit.accent)
                : (button.down ? button.kit.panelTop : button.hovered ? Qt.lighter(button.kit.panelBottom, 1.25) : button.kit.panelBottom)
         border.width: button.prominent ? 0 : 1
-        border.color: button.visualFocus ? button.kit.accent : button.kit.rim
+        border.color: button.ringShown ? button.kit.accent : button.kit.rim
         opacity: button.enabled ? 1 : 0.6
 
         // The keyboard focus ring, just outside the plate.
         Rectangle {
+            objectName: "focusRing"
             anchors.fill: parent
             anchors.margins: -3
             radius: height / 2
             color: "transparent"
             border.width: 2
             border.color: button.prominent ? button.kit.text : button.kit.accent
-            visible: button.visualFocus
+            visible: button.ringShown
         }
     }
 }

@@ -9,6 +9,19 @@ Flickable {
 
     signal aboutRequested()
 
+    // Scrolls just enough to show all of `item`.
+    function reveal(item) {
+        if (!item) {
+            return
+        }
+        const top = item.mapToItem(screen.contentItem, 0, 0).y
+        if (top < contentY) {
+            contentY = top
+        } else if (top + item.height > contentY + height) {
+            contentY = Math.min(top + item.height - height, contentHeight - height)
+        }
+    }
+
     objectName: "screen_about"
     clip: true
     contentHeight: content.implicitHeight + 2 * Theme.margin
@@ -91,6 +104,7 @@ Flickable {
                         Layout.fillWidth: true
                     }
                     LinkText {
+                        objectName: "aboutWebsite"
                         text: Branding.websiteText
                         url: Branding.website
                         font.pixelSize: Theme.fontBody
@@ -100,6 +114,7 @@ Flickable {
                         Layout.topMargin: Theme.spacing
                         Layout.fillWidth: true
                         VxChromeButton {
+                            objectName: "openHelpButton"
                             text: qsTr("Open Help")
                             prominent: true
                             glyph: Icons.glyph("questionmark.circle")
@@ -107,6 +122,7 @@ Flickable {
                             onClicked: QuarrydexHelp.show("welcome")
                         }
                         VxChromeButton {
+                            objectName: "aboutProgramButton"
                             text: qsTr("About %1").arg(Branding.displayName)
                             glyph: Icons.glyph("info.circle")
                             glyphFamily: Icons.family
@@ -131,17 +147,59 @@ Flickable {
             Layout.fillWidth: true
             implicitHeight: chapters.implicitHeight + 2 * padding
 
+            // Tab brings the keyboard here; Up, Down, Home and End move between the chapters,
+            // Return or Space opens the one outlined in the help window.
             Column {
                 id: chapters
+                objectName: "aboutChapterList"
+
+                property int current: 0
+
+                function move(i) {
+                    if (i >= 0 && i < rows.count) {
+                        current = i
+                        screen.reveal(rows.itemAt(i))
+                    }
+                }
+                function open() {
+                    const row = rows.itemAt(current)
+                    if (row) {
+                        QuarrydexHelp.show(row.chapterID)
+                    }
+                }
+
                 width: parent.width
+                activeFocusOnTab: true
+                onActiveFocusChanged: if (activeFocus) screen.reveal(rows.itemAt(current))
+
                 Repeater {
+                    id: rows
                     model: QuarrydexHelp.chapters
                     delegate: ChapterRow {
                         width: chapters.width
                         showsChevron: true
-                        onActivated: QuarrydexHelp.show(chapterID)
+                        focused: index === chapters.current && chapters.activeFocus
+                                 && VxFocusRings.keyboard
+                        onActivated: {
+                            chapters.current = index
+                            QuarrydexHelp.show(chapterID)
+                        }
                     }
                 }
+
+                Keys.onUpPressed: move(current - 1)
+                Keys.onDownPressed: move(current + 1)
+                Keys.onReturnPressed: open()
+                Keys.onEnterPressed: open()
+                Keys.onSpacePressed: open()
+                Keys.onPressed: (event) => {
+                    if (event.key === Qt.Key_Home || event.key === Qt.Key_End) {
+                        move(event.key === Qt.Key_Home ? 0 : rows.count - 1)
+                        event.accepted = true
+                    }
+                }
+                Accessible.role: Accessible.List
+                Accessible.name: qsTr("Help chapters")
             }
         }
 

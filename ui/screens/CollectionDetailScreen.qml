@@ -177,7 +177,7 @@ FocusScope {
 
                 FocusRing {
                     radius: speciesRow.radius + Theme.spacingSmall
-                    shown: speciesRow.activeFocus
+                    shown: speciesRow.activeFocus && VxFocusRings.keyboard
                 }
                 MouseArea {
                     id: speciesMouse

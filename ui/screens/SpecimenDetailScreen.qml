@@ -297,6 +297,10 @@ FocusScope {
                                 Accessible.role: linked ? Accessible.Link : Accessible.StaticText
                                 Accessible.name: text
 
+                                FocusRing {
+                                    shown: parent.activeFocus && VxFocusRings.keyboard
+                                }
+
                                 MouseArea {
                                     id: lookMouse
                                     anchors.fill: parent
