@@ -77,8 +77,8 @@ TEST(UiStart, a_second_start_on_a_data_folder_in_use_says_so_and_exits_with_1) {
 TEST(UiStart, the_already_open_window_shows_the_message_and_closes_with_escape) {
     static QStringList warnings;
     warnings.clear();
-    const QtMessageHandler previous = qInstallMessageHandler(
-        [](QtMsgType type, const QMessageLogContext&, const QString& text) {
+    const QtMessageHandler previous =
+        qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& text) {
             if (type != QtDebugMsg && type != QtInfoMsg &&
                 !text.startsWith(QStringLiteral("This plugin does not support"))) {
                 warnings << text;
