@@ -1094,6 +1094,34 @@ private Q_SLOTS:
         QTRY_VERIFY(!dialog->property("visible").toBool());
     }
 
+    // At 200 % most of a screen is out of view: Tab scrolls the screen to the item it reaches,
+    // down and back up again.
+    void tab_scrolls_the_screen_to_the_item_it_reaches() {
+        VxZoom::instance()->setLevel(200);
+        model_.setSection(QStringLiteral("identify"));
+        settle(window_);
+        QQuickItem* scroller = onScreen(QStringLiteral("identifyScroller"));
+        QVERIFY(scroller);
+        const auto inView = [scroller](QQuickItem* item) {
+            const QRectF shown = item->mapRectToItem(scroller, item->boundingRect());
+            return shown.top() >= -0.5 && shown.bottom() <= scroller->height() + 0.5;
+        };
+        QQuickItem* last = onScreen(QStringLiteral("picker_fizz"));
+        QQuickItem* first = onScreen(QStringLiteral("choosePhotoButton"));
+        QVERIFY(last && first);
+        QVERIFY(!inView(last));
+
+        QVERIFY(tabTo(last));
+        QVERIFY(inView(last));
+        QVERIFY(!inView(first));
+        for (int tabs = 0; tabs < 40 && !first->hasActiveFocus(); ++tabs) {
+            key(Qt::Key_Backtab, Qt::ShiftModifier);
+        }
+        QVERIFY(first->hasActiveFocus());
+        QVERIFY(inView(first));
+        VxZoom::instance()->setLevel(100);
+    }
+
     // Without a browser the window that asked says so, and the address is on the clipboard.
     void a_link_that_cannot_be_opened_says_so_in_its_window() {
         QStringList asked;

@@ -6,6 +6,7 @@ import Quarrydex
 // About & Help: who makes the program, its version, and the help chapters.
 Flickable {
     id: screen
+    FocusInView { flickable: screen }
 
     signal aboutRequested()
 

@@ -26,6 +26,7 @@ Item {
             confirmRestore.open()
     }
 
+    FocusInView { flickable: scroller.contentItem }
     ScrollView {
         id: scroller
         anchors.fill: parent

@@ -69,6 +69,7 @@ FocusScope {
         message: qsTr("This specimen is no longer in your collection.")
     }
 
+    FocusInView { flickable: scroller.contentItem }
     ScrollView {
         id: scroller
         anchors.top: toolbar.bottom

@@ -31,6 +31,7 @@ FocusScope {
         }
     }
 
+    FocusInView { flickable: flick }
     Flickable {
         id: flick
         anchors.fill: parent

@@ -153,6 +153,7 @@ FocusScope {
             }
         }
 
+        FocusInView { flickable: scroller }
         Flickable {
             id: scroller
 

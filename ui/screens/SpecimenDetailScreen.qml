@@ -43,6 +43,7 @@ FocusScope {
         }
     }
 
+    FocusInView { flickable: flick }
     Flickable {
         id: flick
         objectName: "detailFlick"
