@@ -6,22 +6,12 @@ import Quarrydex
 // About & Help: who makes the program, its version, and the help chapters.
 Flickable {
     id: screen
-    FocusInView { flickable: screen }
+    FocusInView {
+        id: follower
+        flickable: screen
+    }
 
     signal aboutRequested()
-
-    // Scrolls just enough to show all of `item`.
-    function reveal(item) {
-        if (!item) {
-            return
-        }
-        const top = item.mapToItem(screen.contentItem, 0, 0).y
-        if (top < contentY) {
-            contentY = top
-        } else if (top + item.height > contentY + height) {
-            contentY = Math.min(top + item.height - height, contentHeight - height)
-        }
-    }
 
     objectName: "screen_about"
     clip: true
@@ -159,7 +149,7 @@ Flickable {
                 function move(i) {
                     if (i >= 0 && i < rows.count) {
                         current = i
-                        screen.reveal(rows.itemAt(i))
+                        follower.reveal(rows.itemAt(i))
                     }
                 }
                 function open() {
@@ -171,7 +161,7 @@ Flickable {
 
                 width: parent.width
                 activeFocusOnTab: true
-                onActiveFocusChanged: if (activeFocus) screen.reveal(rows.itemAt(current))
+                onActiveFocusChanged: if (activeFocus) follower.reveal(rows.itemAt(current))
 
                 Repeater {
                     id: rows

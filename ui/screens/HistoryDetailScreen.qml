@@ -19,18 +19,6 @@ FocusScope {
 
     objectName: "historyDetailScreen"
 
-    // Scrolls so that `item` (a row that took the focus from the keyboard) is in view.
-    function reveal(item) {
-        const top = item.mapToItem(flick.contentItem, 0, 0).y - Theme.margin
-        const bottom = top + item.height + 2 * Theme.margin
-        if (top < flick.contentY) {
-            flick.contentY = Math.max(0, top)
-        } else if (bottom > flick.contentY + flick.height) {
-            flick.contentY = Math.min(Math.max(0, flick.contentHeight - flick.height),
-                                      bottom - flick.height)
-        }
-    }
-
     FocusInView { flickable: flick }
     Flickable {
         id: flick
@@ -134,7 +122,6 @@ FocusScope {
                         starred: modelData.favorite
                         activeFocusOnTab: true
                         current: activeFocus
-                        onActiveFocusChanged: if (activeFocus) screen.reveal(this)
                         Keys.onReturnPressed: screen.openSpecimen(modelData.specimenId)
                         Keys.onSpacePressed: screen.openSpecimen(modelData.specimenId)
                         onActivated: screen.openSpecimen(modelData.specimenId)

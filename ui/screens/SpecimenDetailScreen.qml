@@ -31,18 +31,6 @@ FocusScope {
 
     onSpecimenIdChanged: flick.contentY = 0
 
-    // Scrolls so that `item` (a control that took the focus from the keyboard) is in view.
-    function reveal(item) {
-        const top = item.mapToItem(flick.contentItem, 0, 0).y - Theme.margin
-        const bottom = top + item.height + 2 * Theme.margin
-        if (top < flick.contentY) {
-            flick.contentY = Math.max(0, top)
-        } else if (bottom > flick.contentY + flick.height) {
-            flick.contentY = Math.min(Math.max(0, flick.contentHeight - flick.height),
-                                      bottom - flick.height)
-        }
-    }
-
     FocusInView { flickable: flick }
     Flickable {
         id: flick
@@ -292,7 +280,6 @@ FocusScope {
                                 font.underline: linked && (lookMouse.containsMouse || activeFocus)
                                 readonly property bool linked: look.modelData.specimenId !== ""
                                 activeFocusOnTab: linked
-                                onActiveFocusChanged: if (activeFocus) screen.reveal(this)
                                 Keys.onReturnPressed: screen.openSpecimen(look.modelData.specimenId)
                                 Keys.onSpacePressed: screen.openSpecimen(look.modelData.specimenId)
                                 Accessible.role: linked ? Accessible.Link : Accessible.StaticText
